@@ -1,0 +1,7 @@
+// State a CSystemFuncs keeps besides what the host sees. Every member is derived
+// from the host data object or PropertyCache, may be dropped at any moment without
+// changing a result, and is rebuilt when its inputs change.
+#pragma once
+
+struct DerivedCaches {
+};

@@ -1,0 +1,88 @@
+// The chief header of the built-in function library. An outside program includes
+// this one file: it declares CSystemFuncs, the plain exports, the process-wide
+// settings, the host data object, the result block and the platform records.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "FormulaFunction/Export.h"
+#include "FormulaFunction/Settings.h"
+#include "host/KelBaseData.h"
+#include "host/KelTypes.h"
+#include "host/StrategyResult.h"
+#include "host/SubscibeManage.h"
+
+struct DerivedCaches;
+
+// One object per running formula instance, bound to that instance's host data
+// object. The compiled formula calls the public members as its built-in functions.
+class FF_API CSystemFuncs {
+public:
+    explicit CSystemFuncs(CKelBaseData* baseData);
+    CSystemFuncs(const CSystemFuncs& other);
+    CSystemFuncs& operator=(const CSystemFuncs& other);
+    virtual ~CSystemFuncs();
+
+    CKelBaseData* GetBaseData();
+
+    // Instrument, quote and account values fetched so far, by key ("Data0.MinMove").
+    std::map<std::string, tagKelDataType> PropertyCache;
+
+    // Bar access.
+
+    // The per-bar driver.
+
+    // Math, strings, date and time, constants.
+
+    // Instrument properties, quotes, account and live orders.
+
+    // Positions and the records in use.
+
+    // Money: sizing, commission, margin.
+
+    // Entry orders.
+
+    // Exit orders.
+
+    // Fixed stops.
+
+    // Trailing and inactivity stops.
+
+    // Trade figures.
+
+    // The statistics step.
+
+    // Plotting.
+
+    // Alerts, commentary, fields and formula name.
+
+    // Files, profile strings and global variables.
+
+private:
+    int32_t GetServerTime();
+
+    // Private helpers of bar access.
+
+    // Private helpers of the per-bar driver.
+
+    // Private helpers of properties, quotes and account.
+
+    // Private helpers of positions, money, entries and exits.
+
+    // Private helpers of the stops.
+
+    // Private helpers of the statistics.
+
+    // Private helpers of the output functions.
+
+    CKelBaseData* m_pBaseData;
+
+    // Figures derived from the host data object and PropertyCache to make hot paths
+    // cheap. Dropping them never changes a result; a copy starts without them.
+    std::unique_ptr<DerivedCaches> m_pDerivedCaches;
+    DerivedCaches& Derived();
+};
