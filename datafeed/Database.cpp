@@ -28,8 +28,13 @@ Database::Database(const std::string& path) : path_(path) {
         // with "file is not a database", and quick_check walks every page for damage.
         Statement check(*this, "PRAGMA quick_check(1)");
         if (!check.Step()) Fail("cannot be checked");
-        const std::string verdict = check.Text(0);
-        if (verdict != "ok") throw DatafeedError(path_ + ": damaged database: " + verdict);
+        std::string verdict = check.Text(0);
+        if (verdict != "ok") {
+            for (char& c : verdict) {
+                if (c == '\n') c = ' ';
+            }
+            throw DatafeedError(path_ + ": damaged database: " + verdict);
+        }
     } catch (...) {
         sqlite3_close(db_);
         db_ = nullptr;
