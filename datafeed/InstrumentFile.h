@@ -15,7 +15,7 @@ struct InstrumentCatalogue {
     std::vector<tagExchangeInfo> Exchanges;
     std::map<InstrumentKey, IModuleFutureTrader::ISpecDetailValue> Instruments;
 
-    // The specification of the instrument, or null when it is not in the catalogue.
+    // The instrument's record, or null when it is not in the catalogue.
     const IModuleFutureTrader::ISpecDetailValue* Find(const InstrumentKey& key) const;
 };
 
