@@ -184,7 +184,7 @@ TEST(SharedDatabase, AWriterKilledMidWayLeavesOnlyWholeWrites) {
     {
         CLocalDataFeed watcher(path);
         watcher.SetInstruments(datafeed_test::TestCatalogue());
-        for (int wait = 0; wait < 500; ++wait) {
+        for (int wait = 0; wait < 3000; ++wait) {
             std::vector<tagBrokerOrder> orders;
             watcher.GetOrders(orders, kBroker, kAccount, MakeSymbol(kRebar));
             if (orders.size() >= 50) break;
