@@ -15,6 +15,9 @@ constexpr uint64_t kUnknownSize = std::numeric_limits<uint64_t>::max();
 // input is unknown, what is allocated never runs far ahead of what was read.
 constexpr std::size_t kTextStep = std::size_t{1} << 20;
 
+// Files are read in blocks of this size, which makes the many small field reads cheap.
+constexpr std::size_t kFileBlock = std::size_t{1} << 16;
+
 bool ReadU8(CatalogueInput& in, uint8_t& value) { return in.Read(&value, 1); }
 
 bool ReadU16(CatalogueInput& in, uint16_t& value) {
@@ -99,7 +102,9 @@ void WriteText(const std::string& text, std::string& out) {
 
 }  // namespace
 
-CatalogueInput::CatalogueInput(std::FILE* file) : file_(file), size_(kUnknownSize) {
+CatalogueInput::CatalogueInput(std::FILE* file)
+    : file_(file), buffer_(new unsigned char[kFileBlock]), size_(kUnknownSize) {
+    data_ = buffer_.get();
     if (std::fseek(file_, 0, SEEK_END) == 0) {
         const long end = std::ftell(file_);
         if (end >= 0) size_ = static_cast<uint64_t>(end);
@@ -108,23 +113,32 @@ CatalogueInput::CatalogueInput(std::FILE* file) : file_(file), size_(kUnknownSiz
 }
 
 CatalogueInput::CatalogueInput(const void* data, std::size_t size)
-    : data_(static_cast<const unsigned char*>(data)), size_(size) {}
+    : data_(static_cast<const unsigned char*>(data)), end_(size), size_(size) {}
 
 uint64_t CatalogueInput::Remaining() const {
     if (size_ == kUnknownSize) return kUnknownSize;
     return consumed_ < size_ ? size_ - consumed_ : 0;
 }
 
+bool CatalogueInput::Refill() {
+    if (file_ == nullptr) return false;
+    pos_ = 0;
+    end_ = std::fread(buffer_.get(), 1, kFileBlock, file_);
+    return end_ > 0;
+}
+
 bool CatalogueInput::Read(void* out, std::size_t n) {
     if (n > Remaining()) return false;
-    if (n == 0) return true;
-    if (file_ != nullptr) {
-        const std::size_t got = std::fread(out, 1, n, file_);
-        consumed_ += got;
-        return got == n;
+    unsigned char* to = static_cast<unsigned char*>(out);
+    while (n > 0) {
+        if (pos_ == end_ && !Refill()) return false;
+        const std::size_t step = std::min(n, end_ - pos_);
+        std::memcpy(to, data_ + pos_, step);
+        pos_ += step;
+        to += step;
+        n -= step;
+        consumed_ += step;
     }
-    std::memcpy(out, data_ + consumed_, n);
-    consumed_ += n;
     return true;
 }
 

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,7 +26,8 @@ namespace ffcatalogue {
 // the rest of the file fails before anything is allocated for it.
 class CatalogueInput {
 public:
-    // Reads `file` from its start. The caller keeps the file open while reading.
+    // Reads `file` from its start, in blocks, so the file position runs ahead of what
+    // was consumed. The caller keeps the file open while reading.
     explicit CatalogueInput(std::FILE* file);
     CatalogueInput(const void* data, std::size_t size);
 
@@ -46,8 +48,14 @@ public:
     uint64_t Size() const { return size_; }
 
 private:
+    // Refills the buffer from the file; false at its end.
+    bool Refill();
+
     std::FILE* file_ = nullptr;
-    const unsigned char* data_ = nullptr;
+    std::unique_ptr<unsigned char[]> buffer_;  // file reads go through it in large blocks
+    const unsigned char* data_ = nullptr;      // the buffer, or the memory block read
+    std::size_t pos_ = 0;                      // next byte of data_
+    std::size_t end_ = 0;                      // end of the valid bytes of data_
     uint64_t size_ = 0;
     uint64_t consumed_ = 0;
 };

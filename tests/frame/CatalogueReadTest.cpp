@@ -252,6 +252,30 @@ TEST_F(CatalogueFiles, TruncatedLastRecordIsDroppedSilently) {
     EXPECT_EQ(glist[0].strName, "A");
 }
 
+// Files are read in blocks: records and texts that straddle block boundaries, and a
+// text longer than a block, read the same as from memory.
+TEST_F(CatalogueFiles, LargeCatalogueReadsWholeAcrossBlocks) {
+    std::vector<SysFuncInfo> functions;
+    for (int i = 0; i < 400; ++i) {
+        SysFuncInfo f = Function("F" + std::to_string(i), static_cast<uint16_t>(i), i % 5);
+        f.strSecond = std::string(static_cast<std::size_t>(i * 37 % 1000), static_cast<char>('a' + i % 26));
+        functions.push_back(f);
+    }
+    functions[200].strThird = std::string(150000, 'L');
+    const std::string bytes = FunctionFile(functions);
+    ASSERT_GT(bytes.size(), 3u * 65536);
+    WriteFunctions(bytes);
+    std::vector<SysFuncInfo> list;
+    GetSysFunctionList(list);
+    ASSERT_EQ(list.size(), functions.size());
+    for (std::size_t i = 0; i < list.size(); ++i) ExpectSameFunction(list[i], functions[i]);
+
+    WriteFunctions(bytes.substr(0, bytes.size() - 1));
+    list.clear();
+    GetSysFunctionList(list);
+    EXPECT_EQ(list.size(), functions.size() - 1);
+}
+
 TEST_F(CatalogueFiles, ReadingLeavesTheFileUnchanged) {
     const std::string bytes = FunctionFile({Function("A", 1, 2)});
     WriteFunctions(bytes);
