@@ -57,10 +57,31 @@ public:
     // The statistics step.
 
     // Plotting.
+    double PlotNumeric(const std::string& name, double value, int32_t colour, int32_t barsAgo);
+    bool PlotBool(const std::string& name, bool value, int32_t colour, int32_t barsAgo);
+    std::string PlotString(const std::string& name, const std::string& value, int32_t colour,
+                           int32_t barsAgo);
+    void PlotBar(const std::string& name, double value1, double value2, int32_t colour,
+                 int32_t barsAgo);
+    bool Unplot(const std::string& name, int32_t barsAgo);
 
     // Alerts, commentary, fields and formula name.
+    void Alert(const std::string& message);
+    bool AlertEnabled();
+    void Commentary(const std::string& text);
+    bool FieldBool(const std::string& name, bool value, int32_t colour);
+    double FieldNumeric(const std::string& name, double value, int32_t colour);
+    std::string FieldString(const std::string& name, const std::string& value, int32_t colour);
+    std::string FormulaName();
 
     // Files, profile strings and global variables.
+    bool FileAppend(const std::string& fileName, const std::string& line);
+    bool FileDelete(const std::string& fileName);
+    bool SetOstraProfileString(const std::string& section, const std::string& key,
+                               const std::string& value);
+    std::string GetOstraProfileString(const std::string& section, const std::string& key);
+    bool SetGlobalVar(int32_t index, double value);
+    double GetGlobalVar(int32_t index);
 
 private:
     int32_t GetServerTime();
@@ -78,6 +99,9 @@ private:
     // Private helpers of the statistics.
 
     // Private helpers of the output functions.
+    bool PlotTargetBar(const std::string& name, int32_t barsAgo, size_t& index);
+    PlotPoint* PlotRecord(const std::string& name, int32_t barsAgo);
+    int32_t FindPlotName(const std::string& name) const;
 
     CKelBaseData* m_pBaseData;
 
