@@ -13,8 +13,8 @@ bool CSystemFuncs::SetGlobalVar(int32_t index, double value) {
 }
 
 double CSystemFuncs::GetGlobalVar(int32_t index) {
-    if (m_pBaseData == nullptr) return ffoutput::kInvalidNumeric;
+    if (m_pBaseData == nullptr) return ff::kInvalidNumeric;
     const std::vector<double>& vars = m_pBaseData->GlobalVars;
-    if (index < 0 || static_cast<size_t>(index) >= vars.size()) return ffoutput::kInvalidNumeric;
+    if (index < 0 || static_cast<size_t>(index) >= vars.size()) return ff::kInvalidNumeric;
     return vars[static_cast<size_t>(index)];
 }

@@ -8,8 +8,8 @@
 namespace {
 
 using ffoutput::kDefaultColour;
-using ffoutput::kInvalidNumeric;
-using ffoutput::kInvalidText;
+using ff::kInvalidNumeric;
+using ff::kInvalidString;
 
 // Kinds 3 to 6 each keep their own alert list and formula name.
 bool KeepsAlertsAndName(int32_t kind) { return kind >= 3 && kind <= 6; }
@@ -86,7 +86,7 @@ double CSystemFuncs::FieldNumeric(const std::string& name, double value, int32_t
 std::string CSystemFuncs::FieldString(const std::string& name, const std::string& value,
                                       int32_t colour) {
     tagFieldValue* field = FieldOf(m_pBaseData, name);
-    if (field == nullptr) return kInvalidText;
+    if (field == nullptr) return kInvalidString;
     field->nKind = KelText;
     field->bTextSet = !ffoutput::IsInvalidText(value);
     field->strText = value;
@@ -97,12 +97,12 @@ std::string CSystemFuncs::FieldString(const std::string& name, const std::string
 // Kinds 3 to 6 carry their own name; a strategy names itself through its entry in
 // the list of the strategy's formulas.
 std::string CSystemFuncs::FormulaName() {
-    if (m_pBaseData == nullptr) return kInvalidText;
+    if (m_pBaseData == nullptr) return kInvalidString;
     const CKelBaseData& data = *m_pBaseData;
     if (KeepsAlertsAndName(data.FormulaKind)) return data.FormulaNameText;
     if (data.FormulaKind == 7) {
         const uint32_t entry = static_cast<uint32_t>(data.FormulaEntryIndex);
         if (entry < data.FormulaEntries.size()) return data.FormulaEntries[entry].Name;
     }
-    return kInvalidText;
+    return kInvalidString;
 }

@@ -9,8 +9,8 @@
 namespace {
 
 using ffoutput::kDefaultColour;
-using ffoutput::kInvalidNumeric;
-using ffoutput::kInvalidText;
+using ff::kInvalidNumeric;
+using ff::kInvalidString;
 
 void SetColour(PlotPoint& point, int32_t colour) {
     point.bColourSet = colour != kDefaultColour;
@@ -106,7 +106,7 @@ bool CSystemFuncs::PlotBool(const std::string& name, bool value, int32_t colour,
 std::string CSystemFuncs::PlotString(const std::string& name, const std::string& value,
                                      int32_t colour, int32_t barsAgo) {
     PlotPoint* point = PlotRecord(name, barsAgo);
-    if (point == nullptr) return kInvalidText;
+    if (point == nullptr) return kInvalidString;
     point->bTextSet = !ffoutput::IsInvalidText(value);
     point->strText = value;
     SetColour(*point, colour);

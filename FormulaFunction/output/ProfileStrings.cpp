@@ -34,7 +34,7 @@ bool CSystemFuncs::SetOstraProfileString(const std::string& section, const std::
 std::string CSystemFuncs::GetOstraProfileString(const std::string& section,
                                                 const std::string& key) {
     if (g_bUseFileProfile != 0)
-        return ffplatform::ProfileGetString(section, key, ffoutput::kInvalidText,
+        return ffplatform::ProfileGetString(section, key, ff::kInvalidString,
                                             ProfileFilePath());
     std::string value;
     if (g_pSubscribeManage != nullptr)
