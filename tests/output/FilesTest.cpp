@@ -4,16 +4,16 @@
 #include <fstream>
 
 #include "FormulaFunction/FormulaFunction.h"
-#include "TempRoot.h"
+#include "SavedSettings.h"
+#include "support/TempFolder.h"
 
 namespace {
 
 using outputtest::ReadText;
-using outputtest::TempRoot;
 
 TEST(FileAppend, CreatesTheFileAndAddsOneLinePerCall) {
-    TempRoot root;
-    const std::filesystem::path file = root.path() / "log.txt";
+    TempFolder root;
+    const std::filesystem::path file = root.Path() / "log.txt";
     CSystemFuncs f(nullptr);
     EXPECT_TRUE(f.FileAppend(file.string(), "first"));
     EXPECT_EQ(ReadText(file), "first\n");
@@ -23,8 +23,8 @@ TEST(FileAppend, CreatesTheFileAndAddsOneLinePerCall) {
 }
 
 TEST(FileAppend, KeepsWhatTheFileHeld) {
-    TempRoot root;
-    const std::filesystem::path file = root.path() / "old.txt";
+    TempFolder root;
+    const std::filesystem::path file = root.Path() / "old.txt";
     {
         std::ofstream out(file);
         out << "no newline";
@@ -35,33 +35,33 @@ TEST(FileAppend, KeepsWhatTheFileHeld) {
 }
 
 TEST(FileAppend, TheLineEndsAtItsFirstNul) {
-    TempRoot root;
-    const std::filesystem::path file = root.path() / "nul.txt";
+    TempFolder root;
+    const std::filesystem::path file = root.Path() / "nul.txt";
     CSystemFuncs f(nullptr);
     EXPECT_TRUE(f.FileAppend(file.string(), std::string("ab\0cd", 5)));
     EXPECT_EQ(ReadText(file), "ab\n");
 }
 
 TEST(FileAppend, ANameBuiltWithBackslashesIsOpened) {
-    TempRoot root;
-    std::filesystem::create_directories(root.path() / "sub");
+    TempFolder root;
+    std::filesystem::create_directories(root.Path() / "sub");
     CSystemFuncs f(nullptr);
-    EXPECT_TRUE(f.FileAppend(root.str() + "\\sub\\built.txt", "x"));
-    EXPECT_EQ(ReadText(root.path() / "sub" / "built.txt"), "x\n");
+    EXPECT_TRUE(f.FileAppend(root.String() + "\\sub\\built.txt", "x"));
+    EXPECT_EQ(ReadText(root.Path() / "sub" / "built.txt"), "x\n");
 }
 
 TEST(FileAppend, AFileThatCannotBeOpenedIsFalse) {
-    TempRoot root;
+    TempFolder root;
     CSystemFuncs f(nullptr);
-    EXPECT_FALSE(f.FileAppend((root.path() / "missing" / "log.txt").string(), "x"));
-    EXPECT_FALSE(f.FileAppend(root.str(), "x"));  // a folder
+    EXPECT_FALSE(f.FileAppend((root.Path() / "missing" / "log.txt").string(), "x"));
+    EXPECT_FALSE(f.FileAppend(root.String(), "x"));  // a folder
     EXPECT_FALSE(f.FileAppend("", "x"));
-    EXPECT_FALSE(std::filesystem::exists(root.path() / "missing"));
+    EXPECT_FALSE(std::filesystem::exists(root.Path() / "missing"));
 }
 
 TEST(FileDelete, DeletesAnExistingFileOnce) {
-    TempRoot root;
-    const std::filesystem::path file = root.path() / "gone.txt";
+    TempFolder root;
+    const std::filesystem::path file = root.Path() / "gone.txt";
     CSystemFuncs f(nullptr);
     ASSERT_TRUE(f.FileAppend(file.string(), "x"));
     EXPECT_TRUE(f.FileDelete(file.string()));
@@ -70,19 +70,19 @@ TEST(FileDelete, DeletesAnExistingFileOnce) {
 }
 
 TEST(FileDelete, AMissingFileIsFalse) {
-    TempRoot root;
+    TempFolder root;
     CSystemFuncs f(nullptr);
-    EXPECT_FALSE(f.FileDelete((root.path() / "never.txt").string()));
+    EXPECT_FALSE(f.FileDelete((root.Path() / "never.txt").string()));
     EXPECT_FALSE(f.FileDelete(""));
 }
 
 TEST(FileDelete, ANameBuiltWithBackslashesIsDeleted) {
-    TempRoot root;
-    std::filesystem::create_directories(root.path() / "sub");
-    const std::filesystem::path file = root.path() / "sub" / "b.txt";
+    TempFolder root;
+    std::filesystem::create_directories(root.Path() / "sub");
+    const std::filesystem::path file = root.Path() / "sub" / "b.txt";
     { std::ofstream out(file); }
     CSystemFuncs f(nullptr);
-    EXPECT_TRUE(f.FileDelete(root.str() + "\\sub\\b.txt"));
+    EXPECT_TRUE(f.FileDelete(root.String() + "\\sub\\b.txt"));
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 

@@ -5,19 +5,19 @@
 
 #include "FormulaFunction/FormulaFunction.h"
 #include "FormulaFunction/platform/Platform.h"
-#include "TempRoot.h"
+#include "SavedSettings.h"
 #include "support/FakeSubscribeManage.h"
+#include "support/TempFolder.h"
 
 namespace {
 
 using outputtest::SavedSettings;
-using outputtest::TempRoot;
 
 // The file store: the INI file in the user's formula folder under the root.
 class FileProfile : public ::testing::Test {
 protected:
     void SetUp() override {
-        g_strRootPath = root.str();
+        g_strRootPath = root.String();
         g_strUserName = "alice";
         g_bUseFileProfile = 1;
         g_pSubscribeManage = &manager;
@@ -25,14 +25,14 @@ protected:
     }
 
     std::filesystem::path FormulaFolder(const std::string& user) const {
-        return root.path() / "User" / user / "Formula";
+        return root.Path() / "User" / user / "Formula";
     }
     std::filesystem::path IniFile(const std::string& user) const {
         return FormulaFolder(user) / "tblprofile.ini";
     }
 
     SavedSettings saved;
-    TempRoot root;
+    TempFolder root;
     FakeSubscribeManage manager;
     CSystemFuncs f{nullptr};
 };

@@ -1,10 +1,7 @@
-// A fresh folder under the system's temporary folder, removed with everything in
-// it when the test ends, and the settings the output functions read, restored
-// afterwards.
+// Restores the process-wide settings that the output tests change, and reads a
+// file the way a formula's text file is read.
 #pragma once
 
-#include <atomic>
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -13,29 +10,6 @@
 #include "FormulaFunction/FormulaFunction.h"
 
 namespace outputtest {
-
-class TempRoot {
-public:
-    TempRoot() {
-        static std::atomic<int> counter{0};
-        const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-        path_ = std::filesystem::temp_directory_path() /
-                ("ff_output_" + std::to_string(stamp) + "_" + std::to_string(counter++));
-        std::filesystem::create_directories(path_);
-    }
-    ~TempRoot() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    TempRoot(const TempRoot&) = delete;
-    TempRoot& operator=(const TempRoot&) = delete;
-
-    const std::filesystem::path& path() const { return path_; }
-    std::string str() const { return path_.string(); }
-
-private:
-    std::filesystem::path path_;
-};
 
 class SavedSettings {
 public:
