@@ -33,6 +33,38 @@ public:
     std::map<std::string, tagKelDataType> PropertyCache;
 
     // Bar access.
+    int32_t BarCount();
+    double Open();
+    double O();
+    double High();
+    double H();
+    double Low();
+    double L();
+    double Close();
+    double C();
+    double Vol();
+    double V();
+    double OpenInt();
+    double NextOpen();
+    double NextHigh();
+    double NextLow();
+    double NextClose();
+    double NextVol();
+    double NextOpenInt();
+    int32_t Date();
+    int32_t D();
+    double Time();
+    double T();
+    int32_t BarStatus();
+    int32_t CurrentBar();
+    bool HistoryDataExist();
+    int32_t Year();
+    int32_t Month();
+    int32_t Day();
+    int32_t Hour();
+    int32_t Minute();
+    int32_t Second();
+    int32_t Weekday();
 
     // The per-bar driver.
 
@@ -163,27 +195,56 @@ public:
     // The statistics step.
 
     // Plotting.
+    double PlotNumeric(const std::string& name, double value, int32_t colour, int32_t barsAgo);
+    bool PlotBool(const std::string& name, bool value, int32_t colour, int32_t barsAgo);
+    std::string PlotString(const std::string& name, const std::string& value, int32_t colour,
+                           int32_t barsAgo);
+    void PlotBar(const std::string& name, double value1, double value2, int32_t colour,
+                 int32_t barsAgo);
+    bool Unplot(const std::string& name, int32_t barsAgo);
 
     // Alerts, commentary, fields and formula name.
+    void Alert(const std::string& message);
+    bool AlertEnabled();
+    void Commentary(const std::string& text);
+    bool FieldBool(const std::string& name, bool value, int32_t colour);
+    double FieldNumeric(const std::string& name, double value, int32_t colour);
+    std::string FieldString(const std::string& name, const std::string& value, int32_t colour);
+    std::string FormulaName();
 
     // Files, profile strings and global variables.
+    bool FileAppend(const std::string& fileName, const std::string& line);
+    bool FileDelete(const std::string& fileName);
+    bool SetOstraProfileString(const std::string& section, const std::string& key,
+                               const std::string& value);
+    std::string GetOstraProfileString(const std::string& section, const std::string& key);
+    bool SetGlobalVar(int32_t index, double value);
+    double GetGlobalVar(int32_t index);
 
 private:
     int32_t GetServerTime();
 
     // Private helpers of bar access.
+    double RealHigh(int32_t offset);
+    double RealLow(int32_t offset);
+    const BarRecord* StreamBar(uint32_t index);
+    const BarRecord* CurrentStreamBar();
 
     // Private helpers of the per-bar driver.
 
     // Private helpers of properties, quotes and account.
 
     // Private helpers of positions, money, entries and exits.
+    bool LastestBar();
 
     // Private helpers of the stops.
 
     // Private helpers of the statistics.
 
     // Private helpers of the output functions.
+    bool PlotTargetBar(const std::string& name, int32_t barsAgo, size_t& index);
+    PlotPoint* PlotRecord(const std::string& name, int32_t barsAgo);
+    int32_t FindPlotName(const std::string& name) const;
 
     CKelBaseData* m_pBaseData;
 
@@ -191,4 +252,6 @@ private:
     // cheap. Dropping them never changes a result; a copy starts without them.
     std::unique_ptr<DerivedCaches> m_pDerivedCaches;
     DerivedCaches& Derived();
+
+    friend struct CSystemFuncsTestAccess;
 };
