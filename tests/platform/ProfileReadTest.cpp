@@ -257,8 +257,8 @@ TEST_F(ProfileReadFile, ArgumentsEndAtAnEmbeddedNul) {
 TEST_F(ProfileReadFile, FileWithAByteOrderMark) {
     const std::string path = dir.File("bom.ini");
     fftest::PutBytes(path, "\xEF\xBB\xBF[Bom]\r\nk=1\r\n");
-    EXPECT_EQ(ffplatform::ProfileGetString("Bom", "k", "N/A", path), "N/A");
-    EXPECT_EQ(ffplatform::ProfileGetString("", "k", "N/A", path), "1");
+    EXPECT_EQ(ffplatform::emulated::ProfileGetString("Bom", "k", "N/A", path), "N/A");
+    EXPECT_EQ(ffplatform::emulated::ProfileGetString("", "k", "N/A", path), "1");
 }
 
 }  // namespace
