@@ -1,17 +1,18 @@
 // The portable GBK comparison against the runtime's _mbsicmp under code page 936,
 // over a large generated set of byte strings.
 //
-// The Windows runtime upper-cases both characters before comparing them and ends a
-// text at a lead byte that has nothing after it. Wine's runtime lower-cases, and
-// compares such a lead byte as a character of its own. The order of two texts
-// differs between the two foldings only when a compared character lies between an
-// upper- and a lower-case block ('[' .. '`' between 'Z' and 'a', for instance), so
-// the test finds out which way the runtime it runs on works, compares directly
-// every pair on which both ways agree, and checks the rest against a small model of
-// the two foldings (itself checked against the runtime). A text that ends in a lead
-// byte is handed to Wine's runtime without it. Wine also lower-cases the
-// Roman numerals eleven and twelve (A2FB, A2FC), which have no lower-case form in
-// GBK, to '?'; those two are left out of the generated texts.
+// The portable comparison folds an ASCII letter to lower case and a double-byte
+// letter to its upper-case partner, and ends a text at a lead byte that has
+// nothing after it, as the Windows runtime does. Wine's runtime folds double-byte
+// letters to lower case instead, and compares such a lead byte as a character of
+// its own. The folding direction changes the order of two texts only when a
+// compared character lies between an upper- and a lower-case block, so the test
+// finds out which way the runtime it runs on folds, compares directly every pair
+// on which both ways agree, and checks the rest against a small model of the
+// foldings (itself checked against the runtime). A text that ends in a lead byte is
+// handed to Wine's runtime without it. Wine also lower-cases the Roman numerals
+// eleven and twelve (A2FB, A2FC), which have no lower-case form in GBK, to '?';
+// those two are left out of the generated texts.
 #include <gtest/gtest.h>
 
 #include <mbctype.h>
@@ -46,18 +47,30 @@ const CaseBlock kCaseBlocks[] = {
     {0xA2F1, 0xA2A1, 10},  // Roman numerals (the upper-case block comes second)
 };
 
-unsigned FoldUpper(unsigned code) {
-    if (code < 0x100) return (code >= 'a' && code <= 'z') ? code - 0x20 : code;
-    for (const CaseBlock& b : kCaseBlocks)
-        if (code >= b.lower && code < b.lower + b.count) return code - b.lower + b.upper;
+// Folds a character: ASCII letters and double-byte letters each to lower or to
+// upper case.
+struct Folding {
+    bool asciiLower;
+    bool pairsLower;
+};
+const Folding kPortableFolding = {true, false};
+
+unsigned Fold(unsigned code, Folding folding) {
+    if (code < 0x100) {
+        if (folding.asciiLower) return (code >= 'A' && code <= 'Z') ? code + 0x20 : code;
+        return (code >= 'a' && code <= 'z') ? code - 0x20 : code;
+    }
+    for (const CaseBlock& b : kCaseBlocks) {
+        if (folding.pairsLower && code >= b.upper && code < b.upper + b.count) return code - b.upper + b.lower;
+        if (!folding.pairsLower && code >= b.lower && code < b.lower + b.count) return code - b.lower + b.upper;
+    }
     return code;
 }
 
-unsigned FoldLower(unsigned code) {
-    if (code < 0x100) return (code >= 'A' && code <= 'Z') ? code + 0x20 : code;
-    for (const CaseBlock& b : kCaseBlocks)
-        if (code >= b.upper && code < b.upper + b.count) return code - b.upper + b.lower;
-    return code;
+// The case partner of a character, or the character itself.
+unsigned Partner(unsigned code) {
+    const unsigned lower = Fold(code, {true, true});
+    return lower != code ? lower : Fold(code, {false, false});
 }
 
 // Splits a text into characters; a lead byte at the very end ends it.
@@ -80,12 +93,12 @@ std::vector<unsigned> Characters(const std::string& s, bool* endsInLead) {
     return out;
 }
 
-// The order of two texts after folding every character with `fold`.
-int ModelCompare(const std::string& a, const std::string& b, unsigned (*fold)(unsigned)) {
+// The order of two texts after folding every character.
+int ModelCompare(const std::string& a, const std::string& b, Folding folding) {
     bool leadA, leadB;
     const std::vector<unsigned> x = Characters(a, &leadA), y = Characters(b, &leadB);
     for (size_t i = 0; i < x.size() && i < y.size(); ++i) {
-        const unsigned p = fold(x[i]), q = fold(y[i]);
+        const unsigned p = Fold(x[i], folding), q = Fold(y[i], folding);
         if (p != q) return p < q ? -1 : 1;
     }
     return Sign(static_cast<int>(x.size()) - static_cast<int>(y.size()));
@@ -148,7 +161,7 @@ std::string Variant(const std::string& s, const std::vector<std::string>& alphab
     for (unsigned c : chars) {
         const uint32_t what = draw.Next(10);
         unsigned d = c;
-        if (what < 4) d = FoldUpper(c) == c ? FoldLower(c) : FoldUpper(c);
+        if (what < 4) d = Partner(c);
         if (what == 8) {
             out += alphabet[draw.Next(static_cast<uint32_t>(alphabet.size()))];
             continue;
@@ -167,14 +180,16 @@ class GbkDifferential : public ::testing::Test {
 protected:
     void SetUp() override {
         ASSERT_EQ(_setmbcp(936), 0);
-        runtimeFoldsLower_ = Runtime("[", "a") < 0;
+        runtime_.asciiLower = Runtime("[", "a") < 0;
+        runtime_.pairsLower = Runtime("\xA3\xE1", "\xA3\xDB") > 0;  // full-width a, [
         runtimeCountsLeadAtEnd_ = Runtime("\xB0", "") != 0;
-        ::testing::Test::RecordProperty("runtime_folds_lower", runtimeFoldsLower_ ? 1 : 0);
+        ::testing::Test::RecordProperty("runtime_ascii_lower", runtime_.asciiLower ? 1 : 0);
+        ::testing::Test::RecordProperty("runtime_pairs_lower", runtime_.pairsLower ? 1 : 0);
         ::testing::Test::RecordProperty("runtime_counts_lead_at_end", runtimeCountsLeadAtEnd_ ? 1 : 0);
     }
     void TearDown() override { _setmbcp(_MB_CP_ANSI); }
 
-    bool runtimeFoldsLower_ = false;
+    Folding runtime_ = kPortableFolding;
     bool runtimeCountsLeadAtEnd_ = false;
 };
 
@@ -213,12 +228,11 @@ TEST_F(GbkDifferential, GeneratedPairsAgreeWithTheRuntime) {
             if (ra != a || rb != b) ++byLeadAtEnd;
         }
         const int runtime = Runtime(ra, rb);
-        const int upper = ModelCompare(a, b, FoldUpper);
-        const int lower = ModelCompare(a, b, FoldLower);
-        if (portable != upper) note("portable differs from the upper-case rule", a, b, runtime, portable);
-        const int model = runtimeFoldsLower_ ? lower : upper;
+        const int rule = ModelCompare(a, b, kPortableFolding);
+        const int model = ModelCompare(a, b, runtime_);
+        if (portable != rule) note("portable differs from the rule", a, b, runtime, portable);
         if (runtime != model) note("the runtime model is wrong", a, b, runtime, portable);
-        if (upper != lower) {
+        if (rule != model) {
             ++byDirection;
             continue;
         }
@@ -254,19 +268,21 @@ TEST_F(GbkDifferential, TheRuntimeFoldsNoOtherCharacter) {
             if (trail == 0x7F) continue;
             const unsigned code = lead << 8 | trail;
             if (code == 0xA2FB || code == 0xA2FC) continue;
-            const unsigned folded = runtimeFoldsLower_ ? _mbctolower(code) : _mbctoupper(code);
-            const unsigned rule = runtimeFoldsLower_ ? FoldLower(code) : FoldUpper(code);
-            EXPECT_EQ(folded, rule) << std::hex << code;
+            const unsigned folded = runtime_.pairsLower ? _mbctolower(code) : _mbctoupper(code);
+            EXPECT_EQ(folded, Fold(code, runtime_)) << std::hex << code;
+            const unsigned partner = Partner(code);
             const std::string a{static_cast<char>(lead), static_cast<char>(trail)};
-            const std::string b{static_cast<char>(rule >> 8), static_cast<char>(rule & 0xFF)};
+            const std::string b{static_cast<char>(partner >> 8), static_cast<char>(partner & 0xFF)};
             EXPECT_EQ(ffplatform::CompareNoCaseGbk(a, b), 0) << std::hex << code;
         }
     }
 }
 
-// Where the folding direction decides, the order is the upper-case one.
+// Where the folding direction decides: ASCII letters compare as lower case, the
+// double-byte letters as upper case.
 TEST_F(GbkDifferential, FoldingDirection) {
-    EXPECT_GT(ffplatform::CompareNoCaseGbk("[", "a"), 0);
+    EXPECT_LT(ffplatform::CompareNoCaseGbk("[", "a"), 0);
+    EXPECT_LT(ffplatform::CompareNoCaseGbk("_", "Z"), 0);
     EXPECT_LT(ffplatform::CompareNoCaseGbk("\xA3\xE1", "\xA3\xDB"), 0);  // full-width a, [
     EXPECT_GT(ffplatform::CompareNoCaseGbk("\xA2\xA1", "\xA2\xB0"), 0);  // small Roman one
 }

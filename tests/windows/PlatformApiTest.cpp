@@ -6,16 +6,16 @@
 
 #include "FormulaFunction/platform/Platform.h"
 #include "support/TimeZone.h"
-#include "windows/ScratchFolder.h"
+#include "platform/TempDir.h"
 
 namespace {
 
-using fftest::ReadBytes;
-using fftest::ScratchFolder;
-using fftest::WriteBytes;
+using fftest::GetBytes;
+using fftest::PutBytes;
+using fftest::TempDir;
 
 TEST(WindowsProfile, MissingFileGivesTheDefaults) {
-    ScratchFolder dir("api");
+    TempDir dir;
     const std::string path = dir.File("absent.ini");
     EXPECT_EQ(ffplatform::ProfileGetString("S", "k", "N/A", path), "N/A");
     EXPECT_EQ(ffplatform::ProfileGetString("S", "k", "", path), "");
@@ -24,27 +24,27 @@ TEST(WindowsProfile, MissingFileGivesTheDefaults) {
 }
 
 TEST(WindowsProfile, ValuesAreCutTo259Characters) {
-    ScratchFolder dir("api");
+    TempDir dir;
     const std::string path = dir.File("long.ini");
     const std::string value(300, 'v');
-    WriteBytes(path, "[S]\r\nk=" + value + "\r\n");
+    PutBytes(path, "[S]\r\nk=" + value + "\r\n");
     EXPECT_EQ(ffplatform::ProfileGetString("S", "k", "N/A", path), value.substr(0, 259));
     const std::string exact(259, 'w');
-    WriteBytes(path, "[S]\r\nk=" + exact + "\r\n");
+    PutBytes(path, "[S]\r\nk=" + exact + "\r\n");
     EXPECT_EQ(ffplatform::ProfileGetString("S", "k", "N/A", path), exact);
 }
 
 TEST(WindowsProfile, LongDefaultsAreCutToo) {
-    ScratchFolder dir("api");
+    TempDir dir;
     const std::string fallback(400, 'd');
     EXPECT_EQ(ffplatform::ProfileGetString("S", "k", fallback, dir.File("absent.ini")),
               fallback.substr(0, 259));
 }
 
 TEST(WindowsProfile, IntegersComeBackUnsigned) {
-    ScratchFolder dir("api");
+    TempDir dir;
     const std::string path = dir.File("int.ini");
-    WriteBytes(path, "[Corvane]\r\nbUseFileProfile=1\r\nneg=-3\r\nmixed=7abc\r\n");
+    PutBytes(path, "[Corvane]\r\nbUseFileProfile=1\r\nneg=-3\r\nmixed=7abc\r\n");
     EXPECT_EQ(ffplatform::ProfileGetInt("Corvane", "bUseFileProfile", 0, path), 1u);
     EXPECT_EQ(ffplatform::ProfileGetInt("corvane", "BUSEFILEPROFILE", 0, path), 1u);
     EXPECT_EQ(ffplatform::ProfileGetInt("Corvane", "neg", 0, path), 4294967293u);
@@ -52,28 +52,26 @@ TEST(WindowsProfile, IntegersComeBackUnsigned) {
 }
 
 TEST(WindowsProfile, WritingCreatesTheFileAndReadsBack) {
-    ScratchFolder dir("api");
+    TempDir dir;
     const std::string path = dir.File("new.ini");
     ASSERT_TRUE(ffplatform::ProfileWriteString("Sec", "Key", "value 1", path));
     EXPECT_EQ(ffplatform::ProfileGetString("Sec", "Key", "N/A", path), "value 1");
     ASSERT_TRUE(ffplatform::ProfileWriteString("Sec", "Key", "value 2", path));
     EXPECT_EQ(ffplatform::ProfileGetString("SEC", "key", "N/A", path), "value 2");
-    EXPECT_EQ(ReadBytes(path), "[Sec]\r\nKey=value 2\r\n");
+    EXPECT_EQ(GetBytes(path), "[Sec]\r\nKey=value 2\r\n");
 }
 
 TEST(WindowsProfile, WritingIntoAMissingFolderFails) {
-    ScratchFolder dir("api");
+    TempDir dir;
     EXPECT_FALSE(ffplatform::ProfileWriteString("S", "k", "v", dir.File("no\\such\\x.ini")));
 }
 
 TEST(WindowsFiles, RemoveFileDeletesOnlyWhatExists) {
-    ScratchFolder dir("api");
+    TempDir dir;
     const std::string path = dir.File("gone.txt");
-    WriteBytes(path, "x\n");
+    PutBytes(path, "x\n");
     EXPECT_TRUE(ffplatform::RemoveFile(path));
-    bool exists = true;
-    ReadBytes(path, &exists);
-    EXPECT_FALSE(exists);
+    EXPECT_EQ(GetBytes(path), "<missing>");
     EXPECT_FALSE(ffplatform::RemoveFile(path));
     EXPECT_FALSE(ffplatform::RemoveFile(dir.File("")));  // a folder is not a file
 }
