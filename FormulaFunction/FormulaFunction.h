@@ -33,10 +33,148 @@ public:
     std::map<std::string, tagKelDataType> PropertyCache;
 
     // Bar access.
+    int32_t BarCount();
+    double Open();
+    double O();
+    double High();
+    double H();
+    double Low();
+    double L();
+    double Close();
+    double C();
+    double Vol();
+    double V();
+    double OpenInt();
+    double NextOpen();
+    double NextHigh();
+    double NextLow();
+    double NextClose();
+    double NextVol();
+    double NextOpenInt();
+    int32_t Date();
+    int32_t D();
+    double Time();
+    double T();
+    int32_t BarStatus();
+    int32_t CurrentBar();
+    bool HistoryDataExist();
+    int32_t Year();
+    int32_t Month();
+    int32_t Day();
+    int32_t Hour();
+    int32_t Minute();
+    int32_t Second();
+    int32_t Weekday();
 
     // The per-bar driver.
 
     // Math, strings, date and time, constants.
+    double Abs(double v);
+    double Neg(double v);
+    int32_t Sign(double v);
+    double Sqr(double v);
+    double Sqrt(double v);
+    double Power(double base, double exponent);
+    double Exp(double v);
+    double Ln(double v);
+    double Log(double a, double b);
+    double Pi();
+    double Sin(double v);
+    double Cos(double v);
+    double Tan(double v);
+    double Ctan(double v);
+    double Asin(double v);
+    double Acos(double v);
+    double Atan(double v);
+    double Atan2(double y, double x);
+    double Sinh(double v);
+    double Cosh(double v);
+    double Tanh(double v);
+    double Asinh(double v);
+    double Acosh(double v);
+    double Atanh(double v);
+    int32_t IntPart(double v);
+    double FracPart(double v);
+    double Round(double v, int32_t digits);
+    double RoundUp(double v, int32_t digits);
+    double RoundDown(double v, int32_t digits);
+    int32_t Trunc(double v, int32_t digits);
+    double Ceiling(double v, double significance);
+    double Floor(double v, double significance);
+    int32_t Even(double v);
+    int32_t Odd(double v);
+    int32_t Mod(int32_t a, int32_t b);
+    int32_t Fact(int32_t n);
+    int32_t Combin(int32_t n, int32_t k);
+    double Rand(double low, double high);
+
+    int32_t Len(const std::string& s);
+    bool Exact(const std::string& a, const std::string& b);
+    std::string Upper(const std::string& s);
+    std::string Lower(const std::string& s);
+    std::string Trim(const std::string& s);
+    std::string Left(const std::string& s, int32_t n);
+    std::string Right(const std::string& s, int32_t n);
+    std::string Mid(const std::string& s, int32_t first, int32_t n);
+    double Value(const std::string& s);
+    std::string Text(double v);
+
+    int32_t CurrentDate();
+    double CurrentTime();
+    double SystemDateTime();
+    int32_t MakeDate(int32_t year, int32_t month, int32_t day);
+    double MakeTime(int32_t hour, int32_t minute, int32_t second);
+    double MakeDateTime(int32_t date, double time);
+    int32_t DateAdd(int32_t date, int32_t days);
+    int32_t DateDiff(int32_t date1, int32_t date2);
+    std::string DateToString(int32_t date);
+    std::string TimeToString(double time);
+    std::string DateTimeToString(double value);
+    int32_t StringToDate(const std::string& text);
+    double StringToTime(const std::string& text);
+    double StringToDateTime(const std::string& text);
+
+    int32_t Black();
+    int32_t White();
+    int32_t Red();
+    int32_t Green();
+    int32_t Blue();
+    int32_t Yellow();
+    int32_t Cyan();
+    int32_t Magenta();
+    int32_t DarkRed();
+    int32_t DarkGreen();
+    int32_t DarkCyan();
+    int32_t DarkMagenta();
+    int32_t DarkBrown();
+    int32_t DarkGray();
+    int32_t LightGray();
+    int32_t DefaultColor();
+    int32_t Rgb(int32_t red, int32_t green, int32_t blue);
+    int32_t Sunday();
+    int32_t Monday();
+    int32_t Tuesday();
+    int32_t Wednesday();
+    int32_t Thursday();
+    int32_t Friday();
+    int32_t Saturday();
+    int32_t Enum_Entry();
+    int32_t Enum_Exit();
+    int32_t Enum_ExitToday();
+    int32_t Enum_Buy();
+    int32_t Enum_Sell();
+    int32_t Enum_Declared();
+    int32_t Enum_FillPart();
+    int32_t Enum_Filled();
+    int32_t Enum_Canceled();
+    int32_t Enum_Deleted();
+    int32_t Enum_Canceling();
+    int32_t Enum_Declare();
+    int32_t InvalidInteger();
+    double InvalidNumeric();
+    std::string InvalidString();
+    double IIF(bool condition, double a, double b);
+    std::string IIFString(bool condition, const std::string& a, const std::string& b);
 
     // Instrument properties, quotes, account and live orders.
 
@@ -57,27 +195,56 @@ public:
     // The statistics step.
 
     // Plotting.
+    double PlotNumeric(const std::string& name, double value, int32_t colour, int32_t barsAgo);
+    bool PlotBool(const std::string& name, bool value, int32_t colour, int32_t barsAgo);
+    std::string PlotString(const std::string& name, const std::string& value, int32_t colour,
+                           int32_t barsAgo);
+    void PlotBar(const std::string& name, double value1, double value2, int32_t colour,
+                 int32_t barsAgo);
+    bool Unplot(const std::string& name, int32_t barsAgo);
 
     // Alerts, commentary, fields and formula name.
+    void Alert(const std::string& message);
+    bool AlertEnabled();
+    void Commentary(const std::string& text);
+    bool FieldBool(const std::string& name, bool value, int32_t colour);
+    double FieldNumeric(const std::string& name, double value, int32_t colour);
+    std::string FieldString(const std::string& name, const std::string& value, int32_t colour);
+    std::string FormulaName();
 
     // Files, profile strings and global variables.
+    bool FileAppend(const std::string& fileName, const std::string& line);
+    bool FileDelete(const std::string& fileName);
+    bool SetOstraProfileString(const std::string& section, const std::string& key,
+                               const std::string& value);
+    std::string GetOstraProfileString(const std::string& section, const std::string& key);
+    bool SetGlobalVar(int32_t index, double value);
+    double GetGlobalVar(int32_t index);
 
 private:
     int32_t GetServerTime();
 
     // Private helpers of bar access.
+    double RealHigh(int32_t offset);
+    double RealLow(int32_t offset);
+    const BarRecord* StreamBar(uint32_t index);
+    const BarRecord* CurrentStreamBar();
 
     // Private helpers of the per-bar driver.
 
     // Private helpers of properties, quotes and account.
 
     // Private helpers of positions, money, entries and exits.
+    bool LastestBar();
 
     // Private helpers of the stops.
 
     // Private helpers of the statistics.
 
     // Private helpers of the output functions.
+    bool PlotTargetBar(const std::string& name, int32_t barsAgo, size_t& index);
+    PlotPoint* PlotRecord(const std::string& name, int32_t barsAgo);
+    int32_t FindPlotName(const std::string& name) const;
 
     CKelBaseData* m_pBaseData;
 
@@ -85,4 +252,6 @@ private:
     // cheap. Dropping them never changes a result; a copy starts without them.
     std::unique_ptr<DerivedCaches> m_pDerivedCaches;
     DerivedCaches& Derived();
+
+    friend struct CSystemFuncsTestAccess;
 };
