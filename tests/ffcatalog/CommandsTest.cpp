@@ -176,11 +176,25 @@ TEST_F(Commands, DoubleDashEndsTheOptions) {
 
 // The built program: exit statuses and the split between standard output and error.
 int System(const std::string& command) {
-    const int raw = std::system(command.c_str());
 #if defined(_WIN32)
-    return raw;
+    // cmd /c drops the first and the last quote of a line that starts with one.
+    return std::system(("\"" + command + "\"").c_str());
 #else
+    const int raw = std::system(command.c_str());
     return WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+#endif
+}
+
+// What the program printed: on Windows its standard streams are in text mode,
+// so each "\n" reaches the file as "\r\n".
+std::string Printed(const std::string& bytes) {
+#if defined(_WIN32)
+    std::string out;
+    for (size_t i = 0; i < bytes.size(); ++i)
+        if (!(bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n')) out += bytes[i];
+    return out;
+#else
+    return bytes;
 #endif
 }
 
@@ -192,24 +206,24 @@ TEST_F(Commands, ProgramEndToEnd) {
     EXPECT_EQ(System(tool + " dump --json " + q(P("f.dat")) + " > " + q(P("out.json")) + " 2> " +
                      q(P("err.txt"))),
               0);
-    EXPECT_EQ(folder_.Read("out.json").rfind("{\"kind\": \"functions\", \"records\": [\n", 0), 0u);
-    EXPECT_EQ(folder_.Read("err.txt"), "");
+    EXPECT_EQ(Printed(folder_.Read("out.json")).rfind("{\"kind\": \"functions\", \"records\": [\n", 0), 0u);
+    EXPECT_EQ(Printed(folder_.Read("err.txt")), "");
 
     const std::string bytes = folder_.Read("f.dat");
     folder_.Write("cut.dat", bytes.substr(0, bytes.size() - 1));
     EXPECT_EQ(System(tool + " dump " + q(P("cut.dat")) + " > " + q(P("out.txt")) + " 2> " +
                      q(P("err.txt"))),
               0);
-    EXPECT_NE(folder_.Read("out.txt").find("function \"Average\""), std::string::npos);
-    EXPECT_EQ(folder_.Read("err.txt").rfind("ffcatalog: warning: ", 0), 0u);
+    EXPECT_NE(Printed(folder_.Read("out.txt")).find("function \"Average\""), std::string::npos);
+    EXPECT_EQ(Printed(folder_.Read("err.txt")).rfind("ffcatalog: warning: ", 0), 0u);
 
     folder_.Write("bad.txt", "function A\n number 99999\n");
     EXPECT_EQ(System(tool + " build " + q(P("bad.txt")) + " " + q(P("b.dat")) + " 2> " + q(P("err.txt"))), 1);
-    EXPECT_EQ(folder_.Read("err.txt"),
+    EXPECT_EQ(Printed(folder_.Read("err.txt")),
               P("bad.txt") + ":2: '99999' is out of range 0..65535 (function number)\n");
     EXPECT_EQ(System(tool + " dump 2> " + q(P("err.txt"))), 2);
     EXPECT_EQ(System(tool + " --help > " + q(P("help.txt"))), 0);
-    EXPECT_EQ(folder_.Read("help.txt"), HelpText());
+    EXPECT_EQ(Printed(folder_.Read("help.txt")), HelpText());
 }
 
 }  // namespace
