@@ -5,14 +5,14 @@
 
 #include "BuiltinsFixture.h"
 #include "FormulaFunction/platform/Platform.h"
-#include "ScopedTimeZone.h"
+#include "support/TimeZone.h"
 
 namespace {
 
 class ZonedTest : public ::testing::Test {
 protected:
     explicit ZonedTest(const char* zone) : zone_(zone) {}
-    void SetUp() override { scope_ = std::make_unique<ScopedTimeZone>(zone_); }
+    void SetUp() override { scope_ = std::make_unique<fftest::ScopedTimeZone>(zone_); }
     void TearDown() override { scope_.reset(); }
 
     CKelBaseData data{};
@@ -20,7 +20,7 @@ protected:
 
 private:
     const char* zone_;
-    std::unique_ptr<ScopedTimeZone> scope_;
+    std::unique_ptr<fftest::ScopedTimeZone> scope_;
 };
 
 class NewYorkTest : public ZonedTest {
@@ -35,14 +35,14 @@ protected:
 
 class EveryZoneTest : public ::testing::TestWithParam<const char*> {
 protected:
-    void SetUp() override { scope_ = std::make_unique<ScopedTimeZone>(GetParam()); }
+    void SetUp() override { scope_ = std::make_unique<fftest::ScopedTimeZone>(GetParam()); }
     void TearDown() override { scope_.reset(); }
 
     CKelBaseData data{};
     CSystemFuncs f{&data};
 
 private:
-    std::unique_ptr<ScopedTimeZone> scope_;
+    std::unique_ptr<fftest::ScopedTimeZone> scope_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Zones, EveryZoneTest,

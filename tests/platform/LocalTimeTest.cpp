@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "FormulaFunction/platform/Platform.h"
-#include "ScopedTimeZone.h"
+#include "support/TimeZone.h"
 
 namespace {
 

@@ -79,12 +79,14 @@ class ScopedTimeZone {
 public:
     explicit ScopedTimeZone(Zone zone) : ScopedTimeZone(TimeZoneSetting(zone)) {}
 
-    // A raw TZ value, for the rare test that needs a spelling of its own system.
+    // A zone by its tz database name. The two names of Zone are spelled for this
+    // system; any other value is used as a raw TZ setting, for the rare test that
+    // needs a spelling of its own system.
     explicit ScopedTimeZone(const char* setting) {
         const char* previous = std::getenv("TZ");
         hadPrevious_ = previous != nullptr;
         if (hadPrevious_) previous_ = previous;
-        SetTimeZoneVariable(setting);
+        SetTimeZoneVariable(SystemSpelling(setting));
     }
 
     ~ScopedTimeZone() { SetTimeZoneVariable(hadPrevious_ ? previous_.c_str() : ""); }
@@ -93,6 +95,13 @@ public:
     ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
 
 private:
+    static const char* SystemSpelling(const char* setting) {
+        const std::string name = setting;
+        if (name == "America/New_York") return TimeZoneSetting(Zone::NewYork);
+        if (name == "Asia/Shanghai") return TimeZoneSetting(Zone::Shanghai);
+        return setting;
+    }
+
     bool hadPrevious_ = false;
     std::string previous_;
 };
