@@ -3,5 +3,8 @@
 // changing a result, and is rebuilt when its inputs change.
 #pragma once
 
+#include "FormulaFunction/bars/LocalDayCache.h"
+
 struct DerivedCaches {
+    LocalDayCache LocalDays;
 };

@@ -33,6 +33,38 @@ public:
     std::map<std::string, tagKelDataType> PropertyCache;
 
     // Bar access.
+    int32_t BarCount();
+    double Open();
+    double O();
+    double High();
+    double H();
+    double Low();
+    double L();
+    double Close();
+    double C();
+    double Vol();
+    double V();
+    double OpenInt();
+    double NextOpen();
+    double NextHigh();
+    double NextLow();
+    double NextClose();
+    double NextVol();
+    double NextOpenInt();
+    int32_t Date();
+    int32_t D();
+    double Time();
+    double T();
+    int32_t BarStatus();
+    int32_t CurrentBar();
+    bool HistoryDataExist();
+    int32_t Year();
+    int32_t Month();
+    int32_t Day();
+    int32_t Hour();
+    int32_t Minute();
+    int32_t Second();
+    int32_t Weekday();
 
     // The per-bar driver.
 
@@ -172,12 +204,17 @@ private:
     int32_t GetServerTime();
 
     // Private helpers of bar access.
+    double RealHigh(int32_t offset);
+    double RealLow(int32_t offset);
+    const BarRecord* StreamBar(uint32_t index);
+    const BarRecord* CurrentStreamBar();
 
     // Private helpers of the per-bar driver.
 
     // Private helpers of properties, quotes and account.
 
     // Private helpers of positions, money, entries and exits.
+    bool LastestBar();
 
     // Private helpers of the stops.
 
@@ -191,4 +228,6 @@ private:
     // cheap. Dropping them never changes a result; a copy starts without them.
     std::unique_ptr<DerivedCaches> m_pDerivedCaches;
     DerivedCaches& Derived();
+
+    friend struct CSystemFuncsTestAccess;
 };
