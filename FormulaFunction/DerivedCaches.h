@@ -4,7 +4,9 @@
 #pragma once
 
 #include "FormulaFunction/bars/LocalDayCache.h"
+#include "FormulaFunction/market/CachedValueSlots.h"
 
 struct DerivedCaches {
     LocalDayCache LocalDays;
+    CachedValueSlots Values;
 };

@@ -177,6 +177,30 @@ public:
     std::string IIFString(bool condition, const std::string& a, const std::string& b);
 
     // Instrument properties, quotes, account and live orders.
+    int32_t BarInterval();
+    int32_t BarType();
+    bool CanMarketOrder();
+    bool CanShortTrade();
+    bool CanStopOrder();
+    bool CanTrade();
+    double ContractSize();
+    std::string CurrencyName();
+    std::string CurrencySymbol();
+    std::string ExchangeName();
+    std::string ExpiredDate();
+    double InitialMargin();
+    double MaintenanceMargin();
+    int32_t MaxSingleTradeSize();
+    int32_t MinMove();
+    double PriceScale();
+    int32_t Spread();
+    std::string SymbolName();
+    int32_t SymbolType();
+    double BigPointValue();
+    int32_t BidAskSize();
+    int32_t ContractUnit();
+    double MarginRatio();
+    std::string Symbol();
 
     // Positions and the records in use.
 
@@ -212,9 +236,15 @@ private:
     // Private helpers of the per-bar driver.
 
     // Private helpers of properties, quotes and account.
+    using ValueFetch = bool (CSystemFuncs::*)(int32_t valueId, tagKelDataType& value);
+    const tagKelDataType* CachedValue(const char* keyFormat, int32_t valueId, ValueFetch fetch);
+    bool GetPropertys(int32_t id, tagKelDataType& value);
+    bool CurrentSymbol(tagSymbol& symbol);
+    int32_t MarginMode();
 
     // Private helpers of positions, money, entries and exits.
     bool LastestBar();
+    bool GetValidPrice(bool up, double& price);
 
     // Private helpers of the stops.
 

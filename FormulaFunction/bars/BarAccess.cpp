@@ -106,3 +106,34 @@ int32_t CSystemFuncs::CurrentBar() {
 }
 
 bool CSystemFuncs::HistoryDataExist() { return CurrentStreamBar() != nullptr; }
+
+// On bars of type 2 with interval 1 the high and low carry no meaning, so the close
+// stands in for both. The bar lies `offset` bars before the current one; an offset
+// beyond the current bar wraps to a huge index and is out of range.
+namespace {
+
+inline bool CloseStandsForHighAndLow(int32_t barType, int32_t barInterval) {
+    return barType == 2 && barInterval == 1;
+}
+
+inline uint32_t IndexBack(int32_t current, int32_t offset) {
+    return static_cast<uint32_t>(current) - static_cast<uint32_t>(offset);
+}
+
+}  // namespace
+
+double CSystemFuncs::RealHigh(int32_t offset) {
+    const bool closeOnly = CloseStandsForHighAndLow(BarType(), BarInterval());
+    if (m_pBaseData == nullptr) return ff::kInvalidNumeric;
+    const BarRecord* bar = StreamBar(IndexBack(m_pBaseData->CurrentBar, offset));
+    if (bar == nullptr) return ff::kInvalidNumeric;
+    return closeOnly ? bar->close : bar->high;
+}
+
+double CSystemFuncs::RealLow(int32_t offset) {
+    const bool closeOnly = CloseStandsForHighAndLow(BarType(), BarInterval());
+    if (m_pBaseData == nullptr) return ff::kInvalidNumeric;
+    const BarRecord* bar = StreamBar(IndexBack(m_pBaseData->CurrentBar, offset));
+    if (bar == nullptr) return ff::kInvalidNumeric;
+    return closeOnly ? bar->close : bar->low;
+}

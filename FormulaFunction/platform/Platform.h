@@ -9,7 +9,9 @@
 namespace ffplatform {
 
 // Private-profile (INI) files, with the Windows rules for matching section and key
-// names, trimming, quotes and defaults.
+// names, trimming, quotes and defaults. Paths here and in RemoveFile may be given
+// as the library builds them, with backslashes: each implementation makes them
+// native just before it opens the file.
 
 // The integer value of a key, or `defaultValue` when the file, section or key is
 // missing. The digits read are returned as an unsigned 32-bit value ("-3" reads as
