@@ -203,12 +203,46 @@ public:
     std::string Symbol();
 
     // Positions and the records in use.
+    int32_t MarketPosition();
+    double CurrentContracts();
+    int32_t CurrentEntries();
+    double AvgEntryPrice();
+    double EntryPrice();
+    double LastEntryPrice();
+    int32_t EntryDate();
+    double EntryTime();
+    int32_t LastEntryDate();
+    double LastEntryTime();
+    int32_t BarsSinceEntry();
+    int32_t BarsSinceLastEntry();
+    double ExitPrice();
+    int32_t ExitDate();
+    double ExitTime();
+    int32_t BarsSinceExit();
+    double ContractProfit();
+    double PositionProfit();
+    double CurrentCapital();
+    double MaxContracts();
+    double MaxContractsHeld();
+    int32_t MaxEntries();
+    double MaxPositionProfit();
+    double MaxPositionLoss();
+    double MaxIDDrawDown();
+    double I_AvgEntryPrice();
+    double I_CurrentContracts();
+    int32_t I_MarketPosition();
+    double I_CloseEquity();
+    double I_OpenEquity();
 
     // Money: sizing, commission, margin.
 
     // Entry orders.
+    bool Buy(double lots, double price, bool delay);
+    bool SellShort(double lots, double price, bool delay);
 
     // Exit orders.
+    bool Sell(double lots, double price, bool delay);
+    bool BuyToCover(double lots, double price, bool delay);
 
     // Fixed stops.
 
@@ -266,10 +300,51 @@ private:
     // Private helpers of positions, money, entries and exits.
     bool LastestBar();
     bool GetValidPrice(bool up, double& price);
+    bool InStrategy() const;
+    int32_t GetCurrentEntryPositions();
+    bool BarDateTime(int32_t bar, int32_t& date, double& time);
+    const PositionSnapshot* LinkedSnapshot();
+    double GetProfitLoss(bool isLong, double entryPrice, double price);
+    double GetRequiredMargin(double lots, double price);
+    double GetMarginCallPrice(double amount, double entryPrice, double contracts);
+    double GetCommission(double lots, double price);
+    double GetDoubleCommission(const tagTradeList& trade);
+    bool SingleCommission();
+    bool FreeCommission(int32_t entryBar, int32_t exitBar);
+    double AvailableCapital();
+    double GetMaxTradeSize(double money, double price);
+    double GetTradeSize(double lots, double price);
+    double GetDefaultTradeSize(double price);
+    double GetSpread();
+    int32_t CalcTradeList(const tagTradeList& trade);
+    int32_t CalcTradeList(const tagTradeList& trade, double& net, double& commission);
+    void TodayPriceLimits(double& upper, double& lower);
+    void ClampToTodayLimits(double& price);
+    bool OrderFillPrice(bool roundUp, double price, double& fill);
+    void ParkSignal(int32_t type, double lots, double price);
+    void UpdateEntryTrackers(bool isLong);
+    bool SimpleBuy(double lots, double price, bool delay);
+    bool SimpleSellShort(double lots, double price, bool delay);
+    bool CombineBuy(double lots, double price, bool delay);
+    bool CombineSellShort(double lots, double price, bool delay);
+    bool OpenEntry(bool isLong, double lots, double price, bool delay);
+    bool ReverseInto(bool isLong, double lots, double price, bool delay);
+    void HandleDelaySignal(const tagTradeSignal& signal);
+    bool SimpleSell(double lots, double price, bool delay);
+    bool SimpleBuyToCover(double lots, double price, bool delay);
+    bool ExitPosition(bool isLong, double lots, double price, bool delay);
+    double WriteRoundTrip(bool isLong, const tagTradeSignal& entry, double lots, double price);
+    void CloseEntriesFifo(bool isLong, double quantity, double price, double& commission,
+                          double& lotsTimesPrice);
+    void ClosePosition(double price);
+    void ClosePosition(const tagTradeSignal& entry, double price);
 
     // Private helpers of the stops.
+    void CalcStopMaxInfo();
 
     // Private helpers of the statistics.
+    void CalcTradePerformance(bool isLong, double& gross, double& commission,
+                              const tagTradeList& trade);
 
     // Private helpers of the output functions.
     bool PlotTargetBar(const std::string& name, int32_t barsAgo, size_t& index);
