@@ -202,6 +202,42 @@ public:
     double MarginRatio();
     std::string Symbol();
 
+    bool QuoteDataExist();
+    double Q_AskPrice(int32_t depth);
+    double Q_AskVol(int32_t depth);
+    double Q_BidPrice(int32_t depth);
+    double Q_BidVol(int32_t depth);
+    double Q_Close();
+    double Q_High();
+    int32_t Q_LastDate();
+    double Q_LastTime();
+    double Q_LastVol();
+    double Q_Low();
+    double Q_Open();
+    double Q_OpenInt();
+    double Q_Oscillation();
+    double Q_PriceChg();
+    double Q_PriceChgRatio();
+    double Q_TickChg();
+    double Q_TotalVol();
+    double Q_PreSettlePrice();
+    double Q_PreOpenInt();
+    double Q_AvgPrice();
+    double Q_TurnOver();
+    double Q_HisHigh();
+    double Q_HisLow();
+    double Q_UpperLimit();
+    double Q_LowerLimit();
+    double Q_InsideVol();
+    double Q_OutsideVol();
+    double Q_TodayEntryVol();
+    double Q_TodayExitVol();
+    double Q_Last();
+    int32_t Q_LastFlag();
+    int32_t Q_BidPriceFlag();
+    int32_t Q_AskPriceFlag();
+    int32_t Q_OpenIntFlag();
+
     // Positions and the records in use.
 
     // Money: sizing, commission, margin.
@@ -241,6 +277,10 @@ private:
     bool GetPropertys(int32_t id, tagKelDataType& value);
     bool CurrentSymbol(tagSymbol& symbol);
     int32_t MarginMode();
+    bool OnLastTradingDay();
+    const tagKelDataType* LatestQuote(const char* keyFormat, int32_t valueId);
+    const tagKelDataType* SameDayQuote(const char* keyFormat, int32_t valueId);
+    bool GetQuoteValue(int32_t valueId, tagKelDataType& value);
 
     // Private helpers of positions, money, entries and exits.
     bool LastestBar();
