@@ -238,6 +238,56 @@ public:
     int32_t Q_AskPriceFlag();
     int32_t Q_OpenIntFlag();
 
+    bool AccountDataExist();
+    std::string A_BrokerID();
+    std::string A_AccountID();
+    double A_PreviousEquity();
+    double A_ProfitLoss();
+    double A_CurrentEquity();
+    double A_FreeMargin();
+    double A_BuyFreeze();
+    double A_BuyMargin();
+    double A_SellFreeze();
+    double A_SellMargin();
+    double A_TodayDeposit();
+    double A_TodayDrawing();
+    double A_BuyPosition();
+    double A_BuyAvgPrice();
+    double A_BuyProfitLoss();
+    double A_TodayBuyPosition();
+    double A_SellPosition();
+    double A_SellAvgPrice();
+    double A_SellProfitLoss();
+    double A_TodaySellPosition();
+    double A_TotalPosition();
+    double A_TotalAvgPrice();
+    double A_PositionProfitLoss();
+    int32_t A_GetOrderCount();
+    int32_t A_GetOpenOrderCount();
+    int32_t A_GetLastOrderIndex(int32_t buyOrSell, int32_t entryOrExit);
+    int32_t A_GetLastOpenOrderIndex(int32_t buyOrSell, int32_t entryOrExit);
+    int32_t A_OrderStatus(int32_t index);
+    std::string A_OrderContractNo(int32_t index);
+    int32_t A_OrderBuyOrSell(int32_t index);
+    int32_t A_OrderEntryOrExit(int32_t index);
+    double A_OrderTime(int32_t index);
+    double A_OrderLot(int32_t index);
+    double A_OrderPrice(int32_t index);
+    double A_OrderFilledLot(int32_t index);
+    double A_OrderFilledPrice(int32_t index);
+    double A_OrderCanceledLot(int32_t index);
+    int32_t A_OpenOrderStatus(int32_t index);
+    std::string A_OpenOrderContractNo(int32_t index);
+    int32_t A_OpenOrderBuyOrSell(int32_t index);
+    int32_t A_OpenOrderEntryOrExit(int32_t index);
+    double A_OpenOrderTime(int32_t index);
+    double A_OpenOrderLot(int32_t index);
+    double A_OpenOrderPrice(int32_t index);
+    double A_OpenOrderFilledLot(int32_t index);
+    double A_OpenOrderFilledPrice(int32_t index);
+    bool A_SendOrder(int32_t buyOrSell, int32_t entryOrExit, double lots, double price);
+    bool A_DeleteOrder(const std::string& contractNo);
+
     // Positions and the records in use.
 
     // Money: sizing, commission, margin.
@@ -281,6 +331,17 @@ private:
     const tagKelDataType* LatestQuote(const char* keyFormat, int32_t valueId);
     const tagKelDataType* SameDayQuote(const char* keyFormat, int32_t valueId);
     bool GetQuoteValue(int32_t valueId, tagKelDataType& value);
+    bool AccountBound();
+    bool InstrumentAccountReady();
+    const tagKelDataType* AccountValue(const char* keyFormat, int32_t valueId);
+    bool GetAccountValue(int32_t valueId, tagKelDataType& value);
+    const tagKelDataType* InstrumentAccountValue(const char* keyFormat, int32_t valueId,
+                                                 ValueFetch fetch);
+    bool GetPositionValue(int32_t valueId, tagKelDataType& value);
+    bool GetOrderCountValue(int32_t valueId, tagKelDataType& value);
+    bool ListOrders(bool openOnly, std::vector<tagBrokerOrder>& orders);
+    bool OrderByIndex(bool openOnly, int32_t index, tagBrokerOrder& order);
+    int32_t LastOrderIndex(bool openOnly, int32_t buyOrSell, int32_t entryOrExit);
 
     // Private helpers of positions, money, entries and exits.
     bool LastestBar();
