@@ -67,6 +67,8 @@ public:
     int32_t Weekday();
 
     // The per-bar driver.
+    void PrepareBar();
+    void RestoreLastBar();
 
     // Math, strings, date and time, constants.
     double Abs(double v);
@@ -335,8 +337,12 @@ public:
     // Trailing and inactivity stops.
 
     // Trade figures.
+    double NetProfit();
+    int32_t MaxConsecWinners();
+    int32_t MaxConsecLosers();
 
     // The statistics step.
+    void CalStatistic();
 
     // Plotting.
     double PlotNumeric(const std::string& name, double value, int32_t colour, int32_t barsAgo);
@@ -375,6 +381,24 @@ private:
     const BarRecord* CurrentStreamBar();
 
     // Private helpers of the per-bar driver.
+    void PrepareFirstBar();
+    void PrepareNormalBar();
+    void SaveLastBarData();
+    void DetectNewDay();
+    void FollowPreviousBarExcursion();
+    void CloseOnPreviousBar(double price);
+    void RecordPreviousBarEquity();
+    double PreviousBarCommission(int32_t bar);
+    void TrackEquity(double equity, int64_t time);
+    PositionSnapshot PreviousBarSnapshot();
+    void RunDelayedSignals();
+    int64_t MainBarTime(int32_t bar);
+    double MainBarClose(int32_t bar);
+    void FollowBarExcursion();
+    void RecordBarPosition();
+    void SummarizeTrades();
+    void RecordBarEquity();
+    double BarCommission(int32_t bar);
 
     // Private helpers of properties, quotes and account.
     using ValueFetch = bool (CSystemFuncs::*)(int32_t valueId, tagKelDataType& value);
