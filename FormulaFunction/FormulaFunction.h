@@ -443,7 +443,6 @@ private:
     double GetSpread();
     int32_t CalcTradeList(const tagTradeList& trade);
     int32_t CalcTradeList(const tagTradeList& trade, double& net, double& commission);
-    void TodayPriceLimits(double& upper, double& lower);
     void ClampToTodayLimits(double& price);
     bool OrderFillPrice(bool roundUp, double price, double& fill);
     void ParkSignal(int32_t type, double lots, double price);

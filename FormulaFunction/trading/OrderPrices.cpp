@@ -6,19 +6,16 @@
 
 using namespace fftrading;
 
-// The exchange's price limits for today, 0 for a limit that is not known (a limit of
-// 0 never clamps a price). Without a live quote source no limit is known.
-void CSystemFuncs::TodayPriceLimits(double& upper, double& lower) {
-    upper = 0.0;
-    lower = 0.0;
-}
+// The exchange's price limit as the live quote gives it, 0 when it is not known: a
+// quote that cannot be had answers the invalid number, which must not clamp.
+static double KnownLimit(double limit) { return limit == kInvalidNumber ? 0.0 : limit; }
 
 // On a bar of today's date a price outside the exchange's limits is moved onto the
 // nearer limit; a limit that is not known (0) is not applied.
 void CSystemFuncs::ClampToTodayLimits(double& price) {
     if (Date() != CurrentDate()) return;
-    double upper = 0.0, lower = 0.0;
-    TodayPriceLimits(upper, lower);
+    const double upper = KnownLimit(Q_UpperLimit());
+    const double lower = KnownLimit(Q_LowerLimit());
     if (upper > kTolerance && price > upper) price = upper;
     if (lower > kTolerance && price < lower) price = lower;
 }

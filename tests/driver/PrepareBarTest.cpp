@@ -96,7 +96,7 @@ TEST_F(DriverTest, NewDayComparesOnlyTheDayOfTheMonth) {
 
 TEST_F(DriverTest, SameDayOfAnotherMonthIsNoNewDay) {
     for (const char* zone : {"America/New_York", "Asia/Shanghai"}) {
-        ScopedTimeZone tz(zone);
+        fftest::ScopedTimeZone tz(zone);
         CSystemFuncs fresh(&data);
         Bar(0).time = LocalMs(2010, 1, 31);
         Bar(1).time = LocalMs(2010, 3, 31);

@@ -84,6 +84,18 @@ TEST_F(EntriesTest, NewestBarOfTodayWithoutKnownLimitsIsNotClamped) {
     EXPECT_EQ(data.OpenEntries[0].dPrice, 50.13);
 }
 
+TEST_F(EntriesTest, NewestBarOfTodayIsClampedToTheExchangeLimits) {
+    Bar(9).time = static_cast<int64_t>(std::time(nullptr)) * 1000;
+    GoToNewestBar();
+    SetDouble(0, "Q_UpperLimit", 50.05);
+    SetDouble(0, "Q_LowerLimit", 49.5);
+    EXPECT_TRUE(funcs.Buy(1, 50.123, false));  // up to the tick 50.13, then the limit
+    EXPECT_EQ(data.OpenEntries[0].dPrice, 50.05);
+    data.OpenEntries.clear();
+    EXPECT_TRUE(funcs.SellShort(1, 49.111, false));  // down to 49.11, then the limit
+    EXPECT_EQ(data.OpenEntries[0].dPrice, 49.5);
+}
+
 TEST_F(EntriesTest, LotsAreTruncatedToWholeContracts) {
     EXPECT_TRUE(funcs.Buy(2.7, 0, false));
     EXPECT_EQ(data.OpenEntries[0].dLots, 2.0);

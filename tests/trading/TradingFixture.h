@@ -10,7 +10,7 @@
 
 #include "FormulaFunction/FormulaFunction.h"
 #include "FormulaFunction/platform/Platform.h"
-#include "support/ScopedTimeZone.h"
+#include "support/TimeZone.h"
 #include "support/TestAccess.h"
 
 // Milliseconds of a local calendar time in the zone in force.
@@ -121,7 +121,7 @@ protected:
         return key;
     }
 
-    ScopedTimeZone zone_;
+    fftest::ScopedTimeZone zone_;
     CKelBaseData data{};
     CStrategyResult result{};
     CSystemFuncs funcs{&data};
