@@ -32,7 +32,7 @@ protected:
     using Access = CSystemFuncsTestAccess;
     static constexpr double kInvalid = 1.7976931348623157e308;
 
-    TradingTest() : zone_("Asia/Shanghai") {}
+    TradingTest() : zone_(fftest::Zone::Shanghai) {}
 
     void SetUp() override {
         data.FormulaKind = 7;
