@@ -57,6 +57,7 @@ std::vector<int64_t> HoursAndClockChanges() {
 class LocalDayCacheZones : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(LocalDayCacheZones, AgreesWithTheSystemEveryHourForTwoYears) {
+    if (!fftest::TimeZoneExpressible(GetParam())) GTEST_SKIP() << GetParam() << " cannot be set here";
     ScopedTimeZone zone(GetParam());
     const std::vector<int64_t> times = HoursAndClockChanges();
 
@@ -88,6 +89,7 @@ TEST_P(LocalDayCacheZones, AgreesWithTheSystemEveryHourForTwoYears) {
 
 // The bar functions give what the system conversion gives for every hourly bar.
 TEST_P(LocalDayCacheZones, BarPartsAgreeWithTheSystemEveryHour) {
+    if (!fftest::TimeZoneExpressible(GetParam())) GTEST_SKIP() << GetParam() << " cannot be set here";
     ScopedTimeZone zone(GetParam());
     CKelBaseData data{};
     data.DataStreams.emplace_back();
@@ -126,6 +128,7 @@ INSTANTIATE_TEST_SUITE_P(Zones, LocalDayCacheZones,
 // Lord Howe Island moves its clocks by half an hour: 2010-10-03 02:00 local
 // standard time (15:30 UTC the day before) becomes 02:30.
 TEST(LocalDayCache, HalfHourShiftOnLordHowe) {
+    if (!fftest::TimeZoneExpressible("Australia/Lord_Howe")) GTEST_SKIP() << "no such zone here";
     ScopedTimeZone zone("Australia/Lord_Howe");
     LocalDayCache cache;
     ffplatform::LocalTime before, after;
@@ -162,10 +165,10 @@ TEST(LocalDayCache, FreshCacheFollowsTheZone) {
         EXPECT_EQ(t.hour, 9);
     }
     {
-        ScopedTimeZone zone("Europe/London");
+        ScopedTimeZone zone("America/New_York");
         LocalDayCache cache;
         ASSERT_TRUE(cache.ToLocal(1269479103, t));
-        EXPECT_EQ(t.hour, 1);
+        EXPECT_EQ(t.hour, 21);
     }
 }
 
