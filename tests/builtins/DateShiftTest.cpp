@@ -5,14 +5,14 @@
 
 #include "BuiltinsFixture.h"
 #include "FormulaFunction/platform/Platform.h"
-#include "support/TimeZone.h"
+#include "support/ScopedTimeZone.h"
 
 namespace {
 
 class ZonedTest : public ::testing::Test {
 protected:
     explicit ZonedTest(const char* zone) : zone_(zone) {}
-    void SetUp() override { scope_ = std::make_unique<fftest::ScopedTimeZone>(zone_); }
+    void SetUp() override { scope_ = std::make_unique<ScopedTimeZone>(zone_); }
     void TearDown() override { scope_.reset(); }
 
     CKelBaseData data{};
@@ -20,7 +20,7 @@ protected:
 
 private:
     const char* zone_;
-    std::unique_ptr<fftest::ScopedTimeZone> scope_;
+    std::unique_ptr<ScopedTimeZone> scope_;
 };
 
 class NewYorkTest : public ZonedTest {
@@ -35,14 +35,14 @@ protected:
 
 class EveryZoneTest : public ::testing::TestWithParam<const char*> {
 protected:
-    void SetUp() override { scope_ = std::make_unique<fftest::ScopedTimeZone>(GetParam()); }
+    void SetUp() override { scope_ = std::make_unique<ScopedTimeZone>(GetParam()); }
     void TearDown() override { scope_.reset(); }
 
     CKelBaseData data{};
     CSystemFuncs f{&data};
 
 private:
-    std::unique_ptr<fftest::ScopedTimeZone> scope_;
+    std::unique_ptr<ScopedTimeZone> scope_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Zones, EveryZoneTest,
@@ -75,7 +75,13 @@ TEST_P(EveryZoneTest, DateAddReadsMonthAndDayZeroAsTheCalendarDoes) {
 }
 
 TEST_P(EveryZoneTest, DateAddClampsTheResultLikeMakeDate) {
+#if defined(_WIN32)
+    // The Windows runtime converts no local time after the year 3000.
+    EXPECT_EQ(f.DateAdd(99991231, 1), kInvalidInt);
+    EXPECT_EQ(f.DateAdd(29991231, 1), 30000101);
+#else
     EXPECT_EQ(f.DateAdd(99991231, 1), 19000101);
+#endif
 }
 
 TEST_P(EveryZoneTest, DateAddRefusesTheInvalidInteger) {
