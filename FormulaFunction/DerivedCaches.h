@@ -3,5 +3,10 @@
 // changing a result, and is rebuilt when its inputs change.
 #pragma once
 
+#include "FormulaFunction/bars/LocalDayCache.h"
+#include "FormulaFunction/market/CachedValueSlots.h"
+
 struct DerivedCaches {
+    LocalDayCache LocalDays;
+    CachedValueSlots Values;
 };

@@ -33,6 +33,38 @@ public:
     std::map<std::string, tagKelDataType> PropertyCache;
 
     // Bar access.
+    int32_t BarCount();
+    double Open();
+    double O();
+    double High();
+    double H();
+    double Low();
+    double L();
+    double Close();
+    double C();
+    double Vol();
+    double V();
+    double OpenInt();
+    double NextOpen();
+    double NextHigh();
+    double NextLow();
+    double NextClose();
+    double NextVol();
+    double NextOpenInt();
+    int32_t Date();
+    int32_t D();
+    double Time();
+    double T();
+    int32_t BarStatus();
+    int32_t CurrentBar();
+    bool HistoryDataExist();
+    int32_t Year();
+    int32_t Month();
+    int32_t Day();
+    int32_t Hour();
+    int32_t Minute();
+    int32_t Second();
+    int32_t Weekday();
 
     // The per-bar driver.
 
@@ -145,6 +177,30 @@ public:
     std::string IIFString(bool condition, const std::string& a, const std::string& b);
 
     // Instrument properties, quotes, account and live orders.
+    int32_t BarInterval();
+    int32_t BarType();
+    bool CanMarketOrder();
+    bool CanShortTrade();
+    bool CanStopOrder();
+    bool CanTrade();
+    double ContractSize();
+    std::string CurrencyName();
+    std::string CurrencySymbol();
+    std::string ExchangeName();
+    std::string ExpiredDate();
+    double InitialMargin();
+    double MaintenanceMargin();
+    int32_t MaxSingleTradeSize();
+    int32_t MinMove();
+    double PriceScale();
+    int32_t Spread();
+    std::string SymbolName();
+    int32_t SymbolType();
+    double BigPointValue();
+    int32_t BidAskSize();
+    int32_t ContractUnit();
+    double MarginRatio();
+    std::string Symbol();
 
     // Positions and the records in use.
 
@@ -163,27 +219,62 @@ public:
     // The statistics step.
 
     // Plotting.
+    double PlotNumeric(const std::string& name, double value, int32_t colour, int32_t barsAgo);
+    bool PlotBool(const std::string& name, bool value, int32_t colour, int32_t barsAgo);
+    std::string PlotString(const std::string& name, const std::string& value, int32_t colour,
+                           int32_t barsAgo);
+    void PlotBar(const std::string& name, double value1, double value2, int32_t colour,
+                 int32_t barsAgo);
+    bool Unplot(const std::string& name, int32_t barsAgo);
 
     // Alerts, commentary, fields and formula name.
+    void Alert(const std::string& message);
+    bool AlertEnabled();
+    void Commentary(const std::string& text);
+    bool FieldBool(const std::string& name, bool value, int32_t colour);
+    double FieldNumeric(const std::string& name, double value, int32_t colour);
+    std::string FieldString(const std::string& name, const std::string& value, int32_t colour);
+    std::string FormulaName();
 
     // Files, profile strings and global variables.
+    bool FileAppend(const std::string& fileName, const std::string& line);
+    bool FileDelete(const std::string& fileName);
+    bool SetOstraProfileString(const std::string& section, const std::string& key,
+                               const std::string& value);
+    std::string GetOstraProfileString(const std::string& section, const std::string& key);
+    bool SetGlobalVar(int32_t index, double value);
+    double GetGlobalVar(int32_t index);
 
 private:
     int32_t GetServerTime();
 
     // Private helpers of bar access.
+    double RealHigh(int32_t offset);
+    double RealLow(int32_t offset);
+    const BarRecord* StreamBar(uint32_t index);
+    const BarRecord* CurrentStreamBar();
 
     // Private helpers of the per-bar driver.
 
     // Private helpers of properties, quotes and account.
+    using ValueFetch = bool (CSystemFuncs::*)(int32_t valueId, tagKelDataType& value);
+    const tagKelDataType* CachedValue(const char* keyFormat, int32_t valueId, ValueFetch fetch);
+    bool GetPropertys(int32_t id, tagKelDataType& value);
+    bool CurrentSymbol(tagSymbol& symbol);
+    int32_t MarginMode();
 
     // Private helpers of positions, money, entries and exits.
+    bool LastestBar();
+    bool GetValidPrice(bool up, double& price);
 
     // Private helpers of the stops.
 
     // Private helpers of the statistics.
 
     // Private helpers of the output functions.
+    bool PlotTargetBar(const std::string& name, int32_t barsAgo, size_t& index);
+    PlotPoint* PlotRecord(const std::string& name, int32_t barsAgo);
+    int32_t FindPlotName(const std::string& name) const;
 
     CKelBaseData* m_pBaseData;
 
@@ -191,4 +282,6 @@ private:
     // cheap. Dropping them never changes a result; a copy starts without them.
     std::unique_ptr<DerivedCaches> m_pDerivedCaches;
     DerivedCaches& Derived();
+
+    friend struct CSystemFuncsTestAccess;
 };

@@ -25,12 +25,40 @@ TEST(ProfileIntParse, SignAndDigits) {
     EXPECT_EQ(ParseProfileInt("--5"), 0u);
     EXPECT_EQ(ParseProfileInt("1 2"), 1u);
     EXPECT_EQ(ParseProfileInt("3.9"), 3u);
-    EXPECT_EQ(ParseProfileInt("0x10"), 0u);
+}
+
+// The prefixes of the system's reader choose another base; they are lower case only
+// and need at least one digit of their base after them.
+TEST(ProfileIntParse, BasePrefixes) {
+    EXPECT_EQ(ParseProfileInt("0x10"), 16u);
+    EXPECT_EQ(ParseProfileInt("0x1F"), 31u);
+    EXPECT_EQ(ParseProfileInt("0xaf"), 175u);
+    EXPECT_EQ(ParseProfileInt("0xFFFFFFFF"), 4294967295u);
+    EXPECT_EQ(ParseProfileInt("0x100000001"), 1u);
+    EXPECT_EQ(ParseProfileInt("-0x10"), 4294967280u);
+    EXPECT_EQ(ParseProfileInt("+0x10"), 16u);
+    EXPECT_EQ(ParseProfileInt("0o17"), 15u);
+    EXPECT_EQ(ParseProfileInt("0o8"), 0u);
+    EXPECT_EQ(ParseProfileInt("0b101"), 5u);
+    EXPECT_EQ(ParseProfileInt("0b102"), 2u);
+    EXPECT_EQ(ParseProfileInt("0X10"), 0u);
+    EXPECT_EQ(ParseProfileInt("0B101"), 0u);
+    EXPECT_EQ(ParseProfileInt("0O17"), 0u);
+    EXPECT_EQ(ParseProfileInt("0x"), 0u);
+    EXPECT_EQ(ParseProfileInt("0xg"), 0u);
+    EXPECT_EQ(ParseProfileInt("0x 10"), 0u);
+    EXPECT_EQ(ParseProfileInt("00x10"), 0u);
+    EXPECT_EQ(ParseProfileInt("017"), 17u);
+    EXPECT_EQ(ParseProfileInt("0d10"), 0u);
+    EXPECT_EQ(ParseProfileInt("x10"), 0u);
+    EXPECT_EQ(ParseProfileInt("1e3"), 1u);
 }
 
 TEST(ProfileIntParse, LeadingBlanks) {
     EXPECT_EQ(ParseProfileInt("  8"), 8u);
     EXPECT_EQ(ParseProfileInt("\t\v\f -8"), 4294967288u);
+    EXPECT_EQ(ParseProfileInt("\x01\x1a" "5"), 5u);  // every control character
+    EXPECT_EQ(ParseProfileInt("\xA0" "5"), 0u);
 }
 
 TEST(ProfileIntParse, WrapsModulo2To32) {

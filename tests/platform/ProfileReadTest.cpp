@@ -45,6 +45,15 @@ TEST(ProfileRead, KeyNamesAndValuesLoseBlanksOfEveryKind) {
     EXPECT_EQ(Read(text, "S", "a"), "x");
 }
 
+// Ctrl-Z, the old end-of-file mark, trims like a blank, also before a section header.
+TEST(ProfileRead, CtrlZIsABlank) {
+    const std::string text = "[S]\nsub=\x1a" "3\x1a\n\x1a[X]\nk=7\n";
+    EXPECT_EQ(Read(text, "S", "sub"), "3");
+    EXPECT_EQ(Read(text, "S", "k"), "def");
+    EXPECT_EQ(Read(text, "X", "k"), "7");
+    EXPECT_EQ(Read(text, "S", "\x1aSUB\x1a"), "3");
+}
+
 TEST(ProfileRead, SectionHeaders) {
     const std::string text =
         "\t[ A ] junk\na=1\n[B\nb=2\n[C]]\nc=3\n [D] \nd=4\n[E] ] x\ne=5\n";
@@ -248,8 +257,8 @@ TEST_F(ProfileReadFile, ArgumentsEndAtAnEmbeddedNul) {
 TEST_F(ProfileReadFile, FileWithAByteOrderMark) {
     const std::string path = dir.File("bom.ini");
     fftest::PutBytes(path, "\xEF\xBB\xBF[Bom]\r\nk=1\r\n");
-    EXPECT_EQ(ffplatform::ProfileGetString("Bom", "k", "N/A", path), "N/A");
-    EXPECT_EQ(ffplatform::ProfileGetString("", "k", "N/A", path), "1");
+    EXPECT_EQ(ffplatform::emulated::ProfileGetString("Bom", "k", "N/A", path), "N/A");
+    EXPECT_EQ(ffplatform::emulated::ProfileGetString("", "k", "N/A", path), "1");
 }
 
 }  // namespace

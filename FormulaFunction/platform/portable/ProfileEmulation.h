@@ -42,8 +42,11 @@ std::string CopyProfileValue(std::string_view value, size_t bufferSize);
 // trailing spaces (its first character always stays), cut to fit.
 std::string CopyProfileDefault(std::string_view defaultValue, size_t bufferSize);
 
-// Blanks, an optional sign and decimal digits, wrapping modulo 2^32; anything
-// else ends the number ("7abc" is 7, "abc" is 0, "-3" is 4294967293).
+// The number as the system's integer reader takes it: control characters and
+// blanks skipped, an optional sign, then digits in base 10, or in base 16, 8 or 2
+// after a "0x", "0o" or "0b" prefix (lower case only; digits above 9 are letters of
+// either case), wrapping modulo 2^32; the first other character ends the number
+// ("7abc" is 7, "abc" is 0, "-3" is 4294967293, "0x1F" is 31, "0X1F" is 0).
 uint32_t ParseProfileInt(std::string_view text);
 
 // The file text after `key` of `section` is set to `value`: the existing key line

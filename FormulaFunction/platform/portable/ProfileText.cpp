@@ -6,8 +6,11 @@ namespace emulated {
 
 namespace {
 
+// The system's profile reader also counts Ctrl-Z, the old end-of-file mark, as a
+// blank when it trims names and values.
 bool IsBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r' ||
+           c == '\x1a';
 }
 
 std::string_view TrimLeft(std::string_view s) {
@@ -153,15 +156,33 @@ std::string CopyProfileDefault(std::string_view defaultValue, size_t bufferSize)
 
 uint32_t ParseProfileInt(std::string_view text) {
     size_t i = 0;
-    while (i < text.size() && IsBlank(text[i])) ++i;
+    while (i < text.size() && static_cast<unsigned char>(text[i]) <= ' ') ++i;
     bool negative = false;
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
         negative = text[i] == '-';
         ++i;
     }
+    uint32_t base = 10;
+    if (i + 1 < text.size() && text[i] == '0') {
+        const char prefix = text[i + 1];
+        base = prefix == 'x' ? 16 : prefix == 'o' ? 8 : prefix == 'b' ? 2 : 10;
+        if (base != 10) i += 2;
+    }
     uint32_t value = 0;
-    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i)
-        value = value * 10u + static_cast<uint32_t>(text[i] - '0');
+    for (; i < text.size(); ++i) {
+        const char c = text[i];
+        uint32_t digit;
+        if (c >= '0' && c <= '9')
+            digit = static_cast<uint32_t>(c - '0');
+        else if (c >= 'a' && c <= 'z')
+            digit = static_cast<uint32_t>(c - 'a') + 10;
+        else if (c >= 'A' && c <= 'Z')
+            digit = static_cast<uint32_t>(c - 'A') + 10;
+        else
+            break;
+        if (digit >= base) break;
+        value = value * base + digit;
+    }
     return negative ? 0u - value : value;
 }
 
