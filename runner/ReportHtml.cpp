@@ -142,7 +142,8 @@ void EquityCharts(const Report& report, const std::string& first, const std::str
     drawdown.height = 110;
     drawdown.bars = n;
     const double deepest = *std::min_element(report.drawdown.begin(), report.drawdown.end());
-    drawdown.Fit(deepest, 0);
+    drawdown.low = deepest < 0 ? deepest * 1.05 : -1;
+    drawdown.high = 0;
     OpenSvg(out, "drawdown-chart", "drawdown", 145);
     Axes(out, drawdown, first, last, 0);
     Polyline(out, drawdown, report.drawdown, "drawdown", "", "drawdown");
