@@ -251,6 +251,10 @@ public:
     bool SetExitOnClose();
 
     // Trailing and inactivity stops.
+    bool SetDollarTrailing(double dAmount, bool bWholePosition);
+    bool SetPercentTrailing(double dAmount, double dPercent, bool bWholePosition);
+    bool SetPeriodTrailing(int32_t nMode, double dAmount, int32_t nBars, bool bWholePosition);
+    bool SetInactivate(int32_t nMode, double dAmount, int32_t nBars, bool bWholePosition);
 
     // Trade figures.
 
@@ -331,6 +335,9 @@ private:
     bool LossStopHit(const StopContext& stop, double& fill);
     bool ProfitTargetHit(const StopContext& stop, double& fill);
     bool BreakEvenHit(const StopContext& stop, double& fill);
+    bool TrailingStopHit(const StopContext& stop, double& fill);
+    bool PercentTrailingHit(const StopContext& stop, double& fill);
+    bool InactivityHit(const StopContext& stop, double& fill);
     double ScanBarPrice(int32_t index, bool high, int32_t first, bool firstIsEntry);
     void ScanExtremes(int32_t first, bool firstIsEntry, double& high, double& low);
     void StretchExtremes(int32_t first, int32_t last, double& high, double& low);
