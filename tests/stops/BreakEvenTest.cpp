@@ -82,6 +82,23 @@ TEST_P(BreakEvenScopes, ArmedOnlyByThisBarsHighNeedsACloseBackAtTheEntry) {
     EXPECT_EQ(Trips(), std::vector<std::string>{StopTrip(1, 2, 1, 100, Steps(1000000))});
 }
 
+TEST_P(BreakEvenScopes, ArmedEarlierAndGappingBelowTheEntryFillsAtTheOpen) {
+    Long(2, 1, 100);
+    SetBar(3, 100, 104, 100, 102);
+    SetBar(5, 97, 98, 96, 97);
+    EXPECT_TRUE(funcs.SetBreakEven(0, 30, Whole()));
+    EXPECT_EQ(ExitOf(0), Steps(970000));
+}
+
+TEST_P(BreakEvenScopes, AnEntryOnThisBarCountsWithItsCloseThenWithTheBarsHigh) {
+    Long(5, 1, 100);
+    SetBar(5, 100, 104, 99, 100.5);
+    EXPECT_FALSE(funcs.SetBreakEven(0, 30, Whole()));
+    SetBar(5, 100, 104, 99, 100);
+    EXPECT_TRUE(funcs.SetBreakEven(0, 30, Whole()));
+    EXPECT_EQ(Trips(), std::vector<std::string>{StopTrip(1, 5, 1, 100, Steps(1000000))});
+}
+
 TEST_P(BreakEvenScopes, ShortArmedEarlierAndOpeningAboveTheEntryFillsAtTheOpen) {
     Short(2, 1, 100);
     SetBar(3, 100, 100, 96, 98);
@@ -113,6 +130,23 @@ TEST_P(BreakEvenScopes, ShortArmedOnlyByThisBarsLowNeedsACloseBackAtTheEntry) {
     SetBar(5, 99, 100.5, 96, 100.5);
     EXPECT_TRUE(funcs.SetBreakEven(0, 30, Whole()));
     EXPECT_EQ(ExitOf(0), Steps(1000000));
+}
+
+TEST_P(BreakEvenScopes, ShortArmedEarlierAndGappingAboveTheEntryFillsAtTheOpen) {
+    Short(2, 1, 100);
+    SetBar(3, 100, 100, 96, 98);
+    SetBar(5, 103, 104, 102, 103);
+    EXPECT_TRUE(funcs.SetBreakEven(0, 30, Whole()));
+    EXPECT_EQ(ExitOf(0), Steps(1030000));
+}
+
+TEST_P(BreakEvenScopes, ShortEntryOnThisBarCountsWithItsCloseThenWithTheBarsLow) {
+    Short(5, 1, 100);
+    SetBar(5, 100, 101, 96, 99.5);
+    EXPECT_FALSE(funcs.SetBreakEven(0, 30, Whole()));
+    SetBar(5, 100, 101, 96, 100);
+    EXPECT_TRUE(funcs.SetBreakEven(0, 30, Whole()));
+    EXPECT_EQ(Trips(), std::vector<std::string>{StopTrip(3, 5, 1, 100, Steps(1000000))});
 }
 
 TEST_P(BreakEvenScopes, ModeOneMultipliesTheAmountByTheContracts) {

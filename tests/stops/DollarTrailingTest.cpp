@@ -125,6 +125,13 @@ TEST_P(DollarTrailingScopes, ShortBelowTheStopIsLeftAlone) {
     EXPECT_TRUE(data.TradeList.empty());
 }
 
+TEST_P(DollarTrailingScopes, AShortEntryOnThisBarIsJudgedAtItsClose) {
+    Short(5, 1, 100);
+    SetBar(5, 100, 101, 80, 99);
+    EXPECT_FALSE(funcs.SetDollarTrailing(30, Whole()));
+    EXPECT_TRUE(data.TradeList.empty());
+}
+
 class DollarTrailingTest : public StopTest {
 protected:
     void SetUp() override {

@@ -116,6 +116,13 @@ TEST_P(PercentTrailingScopes, ShortArmedOnlyByThisBarsLowNeedsACloseAtOrAboveThe
     EXPECT_EQ(ExitOf(0), Steps(970000));
 }
 
+TEST_P(PercentTrailingScopes, AShortEntryOnThisBarIsJudgedAtItsClose) {
+    Short(5, 1, 100);
+    SetBar(5, 100, 101, 80, 99);
+    EXPECT_FALSE(funcs.SetPercentTrailing(30, 0.5, Whole()));
+    EXPECT_TRUE(data.TradeList.empty());
+}
+
 TEST_P(PercentTrailingScopes, FixedValueContractsTakeThePeakOfEachBarsGain) {
     UseInstrument(0, 2);
     SetDouble(0, "ContractSize", 1000);

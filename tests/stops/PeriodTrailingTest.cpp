@@ -86,6 +86,25 @@ TEST_P(PeriodTrailingScopes, AShortTrailsTheLowestLowOfTheLastBars) {
     EXPECT_EQ(Trips(), std::vector<std::string>{StopTrip(3, 1, 1, 100, Steps(960000))});
 }
 
+TEST_P(PeriodTrailingScopes, AShortOpeningAboveTheStopFillsAtTheOpen) {
+    data.OpenEntries.clear();
+    Short(1, 1, 100);
+    SetBar(2, 95, 96, 85, 90);
+    SetBar(3, 92, 94, 91, 93);
+    SetBar(4, 94, 95, 93, 94);
+    SetBar(5, 97, 98, 96.5, 97);
+    EXPECT_TRUE(funcs.SetPeriodTrailing(0, 30, 2, Whole()));
+    EXPECT_EQ(ExitOf(0), Steps(970000));
+}
+
+TEST_P(PeriodTrailingScopes, AShortEntryOnThisBarIsJudgedAtItsClose) {
+    data.OpenEntries.clear();
+    Short(5, 1, 100);
+    SetBar(5, 100, 101, 80, 99);
+    EXPECT_FALSE(funcs.SetPeriodTrailing(0, 30, 3, Whole()));
+    EXPECT_TRUE(data.TradeList.empty());
+}
+
 class PeriodTrailingTest : public StopTest {};
 
 TEST_F(PeriodTrailingTest, TheShortSideTrailsFromAFixedCeilingAtMost) {
