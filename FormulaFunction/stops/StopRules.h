@@ -29,12 +29,13 @@ inline bool InsideBar(const BarPrices& bar, double price) {
     return bar.low <= price && price <= bar.high;
 }
 
-// Where a stop at `stop` fills on the current bar. When the bar traded through the
-// stop, the fill is the stop price unless the bar already opened beyond it, in which
-// case the open is the first price at which the order could be done: for a stop
-// against the position (a long's protective stop, a short's target) that is the lower
-// of the two, for the others the higher. When the stop lies outside the bar the bar
-// gapped over it, and the open is taken.
+// Where a stop at `stop` fills on the current bar. A protective stop waits for the
+// price to come against the position, a target (`inFavour`) for it to go the
+// position's way. When the bar trades through the level, the fill is the level,
+// unless the bar opened beyond it already: then the open is the first price at which
+// the order could be done. So a long's stop and a short's target take the lower of
+// the open and the level, a short's stop and a long's target the higher. A level
+// outside the bar was gapped over, and the open is taken.
 inline double StopFill(const BarPrices& bar, bool isLong, bool inFavour, double stop) {
     if (!InsideBar(bar, stop)) return bar.open;
     const bool takeLower = isLong != inFavour;
