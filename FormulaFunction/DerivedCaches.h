@@ -6,9 +6,11 @@
 #include "FormulaFunction/bars/LocalDayCache.h"
 #include "FormulaFunction/market/CachedValueSlots.h"
 #include "FormulaFunction/statistics/RunningSummary.h"
+#include "FormulaFunction/stops/BarStretchCache.h"
 
 struct DerivedCaches {
     LocalDayCache LocalDays;
     CachedValueSlots Values;
     RunningSummary Summary;
+    BarStretchCache Stretches;
 };

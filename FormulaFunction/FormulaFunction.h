@@ -333,8 +333,16 @@ public:
     bool BuyToCover(double lots, double price, bool delay);
 
     // Fixed stops.
+    bool SetStopLoss(int32_t nMode, double dAmount, bool bWholePosition);
+    bool SetProfitTarget(int32_t nMode, double dAmount, bool bWholePosition);
+    bool SetBreakEven(int32_t nMode, double dAmount, bool bWholePosition);
+    bool SetExitOnClose();
 
     // Trailing and inactivity stops.
+    bool SetDollarTrailing(double dAmount, bool bWholePosition);
+    bool SetPercentTrailing(double dAmount, double dPercent, bool bWholePosition);
+    bool SetPeriodTrailing(int32_t nMode, double dAmount, int32_t nBars, bool bWholePosition);
+    bool SetInactivate(int32_t nMode, double dAmount, int32_t nBars, bool bWholePosition);
 
     // Trade figures.
     double NetProfit();
@@ -464,7 +472,22 @@ private:
     void ClosePosition(const tagTradeSignal& entry, double price);
 
     // Private helpers of the stops.
+    struct StopContext;
+    using StopDecision = bool (CSystemFuncs::*)(const StopContext& stop, double& fill);
     void CalcStopMaxInfo();
+    bool PrepareStop(int32_t mode, double amount, StopContext& stop);
+    bool ApplyStop(bool wholePosition, bool senseOfEntry, StopContext& stop, StopDecision decide);
+    bool LossStopHit(const StopContext& stop, double& fill);
+    bool ProfitTargetHit(const StopContext& stop, double& fill);
+    bool BreakEvenHit(const StopContext& stop, double& fill);
+    bool TrailingStopHit(const StopContext& stop, double& fill);
+    bool PercentTrailingHit(const StopContext& stop, double& fill);
+    bool InactivityHit(const StopContext& stop, double& fill);
+    double ScanBarPrice(int32_t index, bool high, int32_t first, bool firstIsEntry);
+    void ScanExtremes(int32_t first, bool firstIsEntry, double& high, double& low);
+    void StretchExtremes(int32_t first, int32_t last, double& high, double& low);
+    bool GainRisesWithPrice(double lots);
+    double PeakGain(const StopContext& stop, double& peakPrice);
 
     // Private helpers of the statistics.
     void CalcTradePerformance(bool isLong, double& gross, double& commission,
