@@ -5,8 +5,10 @@
 
 #include "FormulaFunction/bars/LocalDayCache.h"
 #include "FormulaFunction/market/CachedValueSlots.h"
+#include "FormulaFunction/statistics/RunningTradeFigures.h"
 
 struct DerivedCaches {
     LocalDayCache LocalDays;
     CachedValueSlots Values;
+    RunningTradeFigures TradeFigures;
 };

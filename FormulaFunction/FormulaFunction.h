@@ -249,6 +249,24 @@ public:
     // Trailing and inactivity stops.
 
     // Trade figures.
+    int32_t TotalTrades();
+    int32_t NumWinTrades();
+    int32_t NumLosTrades();
+    int32_t NumEvenTrades();
+    double PercentProfit();
+    int32_t TotalBarsWinTrades();
+    int32_t TotalBarsLosTrades();
+    int32_t TotalBarsEvenTrades();
+    int32_t AvgBarsWinTrade();
+    int32_t AvgBarsLosTrade();
+    int32_t AvgBarsEvenTrade();
+    double LargestWinTrade();
+    double LargestLosTrade();
+    double GrossProfit();
+    double GrossLoss();
+    double NetProfit();
+    int32_t MaxConsecWinners();
+    int32_t MaxConsecLosers();
 
     // The statistics step.
 
@@ -324,6 +342,9 @@ private:
     // Private helpers of the statistics.
     void CalcTradePerformance(bool isLong, double& gross, double& commission,
                               const tagTradeList& trade);
+    bool UpdateTradeFigures();
+    bool TradeFiguresHold();
+    void AppendValuationInputs(int32_t dataIndex);
 
     // Private helpers of the output functions.
 
