@@ -14,6 +14,18 @@ inline double Field(const BarRecord* bar, double BarRecord::*field) {
     return bar ? bar->*field : ff::kInvalidNumeric;
 }
 
+// The index after `current`, wrapping like the 32-bit arithmetic of the index tests.
+inline uint32_t NextIndex(int32_t current) { return static_cast<uint32_t>(current) + 1u; }
+
+// The index `offset` bars before `current`, wrapping the same way.
+inline uint32_t IndexBack(int32_t current, int32_t offset) {
+    return static_cast<uint32_t>(current) - static_cast<uint32_t>(offset);
+}
+
+inline bool CloseStandsForHighAndLow(int32_t barType, int32_t barInterval) {
+    return barType == 2 && barInterval == 1;
+}
+
 }  // namespace
 
 // The bar at `index` of the current data stream, or null when the stream or the
@@ -51,13 +63,6 @@ double CSystemFuncs::C() { return Close(); }
 double CSystemFuncs::Vol() { return Field(CurrentStreamBar(), &BarRecord::vol); }
 double CSystemFuncs::V() { return Vol(); }
 double CSystemFuncs::OpenInt() { return Field(CurrentStreamBar(), &BarRecord::openInt); }
-
-namespace {
-
-// The index after `current`, wrapping like the 32-bit arithmetic of the index tests.
-inline uint32_t NextIndex(int32_t current) { return static_cast<uint32_t>(current) + 1u; }
-
-}  // namespace
 
 double CSystemFuncs::NextOpen() {
     if (m_pBaseData == nullptr) return ff::kInvalidNumeric;
@@ -107,21 +112,9 @@ int32_t CSystemFuncs::CurrentBar() {
 
 bool CSystemFuncs::HistoryDataExist() { return CurrentStreamBar() != nullptr; }
 
-// On bars of type 2 with interval 1 the high and low carry no meaning, so the close
-// stands in for both. The bar lies `offset` bars before the current one; an offset
-// beyond the current bar wraps to a huge index and is out of range.
-namespace {
-
-inline bool CloseStandsForHighAndLow(int32_t barType, int32_t barInterval) {
-    return barType == 2 && barInterval == 1;
-}
-
-inline uint32_t IndexBack(int32_t current, int32_t offset) {
-    return static_cast<uint32_t>(current) - static_cast<uint32_t>(offset);
-}
-
-}  // namespace
-
+// High and low of the bar `offset` bars before the current one; an offset beyond
+// the current bar wraps to a huge index and is out of range. On bars of type 2 with
+// interval 1 the high and low carry no meaning, so the close stands in for both.
 double CSystemFuncs::RealHigh(int32_t offset) {
     const bool closeOnly = CloseStandsForHighAndLow(BarType(), BarInterval());
     if (m_pBaseData == nullptr) return ff::kInvalidNumeric;

@@ -74,12 +74,12 @@ bool CSystemFuncs::Exact(const std::string& a, const std::string& b) {
 
 std::string CSystemFuncs::Upper(const std::string& s) {
     if (IsInvalidText(s)) return kInvalidText;
-    return ConvertCase(s, std::toupper);
+    return ConvertCase(s, [](int c) { return std::toupper(c); });
 }
 
 std::string CSystemFuncs::Lower(const std::string& s) {
     if (IsInvalidText(s)) return kInvalidText;
-    return ConvertCase(s, std::tolower);
+    return ConvertCase(s, [](int c) { return std::tolower(c); });
 }
 
 // Drops blanks at both ends and shrinks each inner run of blanks to one. Only the

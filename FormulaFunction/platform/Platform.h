@@ -41,7 +41,7 @@ struct LocalTime {
     int32_t second = 0;  // 0-60
     int32_t weekday = 0; // 0 Sunday - 6 Saturday
     int32_t yearDay = 0; // 0-365
-    int32_t isDst = 0;   // >0 daylight-saving time, 0 standard time, <0 unknown
+    int32_t isDst = -1;  // >0 daylight-saving time, 0 standard time, <0 unknown
 };
 
 // Converts seconds since the epoch to local calendar time; false when the system's
@@ -50,7 +50,9 @@ bool ToLocalTime(int64_t seconds, LocalTime& out);
 
 // Converts a local calendar time to seconds since the epoch, normalising fields out
 // of range as the C library's mktime does (day 0 is the last day of the previous
-// month); isDst < 0 lets the system decide. Returns -1 when it cannot convert.
+// month); isDst < 0 (the default) lets the system decide, while 0 or >0 takes the
+// fields as standard or daylight-saving time even when the other is in force then.
+// Returns -1 when it cannot convert.
 int64_t FromLocalTime(const LocalTime& local);
 
 // The machine's clock in whole seconds since the epoch.

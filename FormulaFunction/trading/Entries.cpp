@@ -97,12 +97,12 @@ bool CSystemFuncs::OpenEntry(bool isLong, double lots, double price, bool delay)
     const double allowed = m_pBaseData->MaxPositionContracts;
     if (isLong ? allowed - held < size : held + allowed < size) return false;
 
-    std::vector<tagTradeSignal>& entries = m_pBaseData->OpenEntries;
-    if (!entries.empty()) {
-        const int64_t limit = m_pBaseData->MaxOpenEntries;
-        if (limit == 0 || static_cast<int64_t>(entries.size()) + 1 > limit) return false;
+    const int32_t open = GetCurrentEntryPositions();
+    if (open > 0) {
+        const int32_t limit = m_pBaseData->MaxOpenEntries;
+        if (limit == 0 || static_cast<int64_t>(open) + 1 > limit) return false;
         if (!m_pBaseData->AllowSameSourceEntries) {
-            for (const tagTradeSignal& entry : entries)
+            for (const tagTradeSignal& entry : m_pBaseData->OpenEntries)
                 if (entry.nSource == m_pBaseData->OrderSource) return false;
         }
     }
@@ -110,7 +110,7 @@ bool CSystemFuncs::OpenEntry(bool isLong, double lots, double price, bool delay)
     const tagTradeSignal entry{type, m_pBaseData->CurrentBar, m_pBaseData->OrderSource,
                                m_pBaseData->DataIndex, size, fill};
     m_pBaseData->SignalHistory.push_back(entry);
-    entries.push_back(entry);
+    m_pBaseData->OpenEntries.push_back(entry);
     UpdateEntryTrackers(isLong);
     return true;
 }

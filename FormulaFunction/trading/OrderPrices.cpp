@@ -6,11 +6,15 @@
 
 using namespace fftrading;
 
-// The exchange's price limits for today, 0 for a limit that is not known (a limit of
-// 0 never clamps a price). Without a live quote source no limit is known.
+// The exchange's price limits for today from the live quote. A limit the quote
+// cannot give (no quote, or a quote of another day, answered with the invalid
+// number) counts as not known, 0, like a limit of 0 in the quote: a limit that is
+// not known never clamps a price.
 void CSystemFuncs::TodayPriceLimits(double& upper, double& lower) {
-    upper = 0.0;
-    lower = 0.0;
+    upper = Q_UpperLimit();
+    lower = Q_LowerLimit();
+    if (upper == kInvalidNumber) upper = 0.0;
+    if (lower == kInvalidNumber) lower = 0.0;
 }
 
 // On a bar of today's date a price outside the exchange's limits is moved onto the

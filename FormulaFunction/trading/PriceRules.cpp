@@ -2,14 +2,15 @@
 // the newest one, and the rounding of prices to the instrument's tick.
 #include "FormulaFunction/FormulaFunction.h"
 
+#include "FormulaFunction/builtins/ScalarHelpers.h"
+
 namespace {
 
-// Truncates `d` toward zero into `out` when the result fits 32 bits; false for a
-// value out of range or not a number.
-bool TruncateToInt32(double d, int32_t& out) {
-    if (!(d > -2147483649.0 && d < 2147483648.0)) return false;
-    out = static_cast<int32_t>(d);
-    return true;
+// The processor's truncating conversion into `out`; false when it answers with its
+// out-of-range value 0x80000000 (NaN, infinity, a count beyond 32 bits).
+bool TruncateFits(double d, int32_t& out) {
+    out = ffbuiltins::TruncateToInt32(d);
+    return out != INT32_MIN;
 }
 
 }  // namespace
@@ -29,15 +30,15 @@ bool CSystemFuncs::LastestBar() {
 // or whose tick count does not fit 32 bits. Always true.
 bool CSystemFuncs::GetValidPrice(bool up, double& price) {
     int32_t step = 0;
-    if (!TruncateToInt32(PriceScale() * MinMove() * 10000 + 0.5, step) || step == 0) return true;
+    if (!TruncateFits(PriceScale() * MinMove() * 10000 + 0.5, step) || step == 0) return true;
     int32_t ticks = 0;
     int64_t n = 0;
     if (up) {
-        if (!TruncateToInt32(price * -10000 + 0.0001, ticks)) return true;
+        if (!TruncateFits(price * -10000 + 0.0001, ticks)) return true;
         n = static_cast<int64_t>(step) - ticks;
         if (n < INT32_MIN || n > INT32_MAX) return true;
     } else {
-        if (!TruncateToInt32(price * 10000, ticks)) return true;
+        if (!TruncateFits(price * 10000, ticks)) return true;
         n = ticks;
     }
     n = n / step * step;  // truncating division, as the 32-bit arithmetic does

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "FormulaFunction/FormulaFunction.h"
-#include "support/ScopedTimeZone.h"
+#include "support/TimeZone.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ protected:
 };
 
 TEST_F(BarTime, DateAndTimeOfAShanghaiMorningBar) {
-    ScopedTimeZone zone("Asia/Shanghai");
+    fftest::ScopedTimeZone zone(fftest::Zone::Shanghai);
     AddBar(kShanghaiMorning);
     CSystemFuncs funcs(&data);
     EXPECT_EQ(funcs.Date(), 20100325);
@@ -51,7 +51,7 @@ TEST_F(BarTime, DateAndTimeOfAShanghaiMorningBar) {
 }
 
 TEST_F(BarTime, SameInstantInNewYorkIsThePreviousEvening) {
-    ScopedTimeZone zone("America/New_York");
+    fftest::ScopedTimeZone zone(fftest::Zone::NewYork);
     AddBar(kShanghaiMorning);
     CSystemFuncs funcs(&data);
     EXPECT_EQ(funcs.Date(), 20100324);
@@ -61,7 +61,7 @@ TEST_F(BarTime, SameInstantInNewYorkIsThePreviousEvening) {
 }
 
 TEST_F(BarTime, MillisecondsAreTheRestAfterWholeSeconds) {
-    ScopedTimeZone zone("Asia/Shanghai");
+    fftest::ScopedTimeZone zone(fftest::Zone::Shanghai);
     AddBar(kShanghaiMorning - 7);        // .000
     AddBar(kShanghaiMorning - 7 + 999);  // .999
     CSystemFuncs funcs(&data);
@@ -73,7 +73,7 @@ TEST_F(BarTime, MillisecondsAreTheRestAfterWholeSeconds) {
 }
 
 TEST_F(BarTime, EndOfDayAndStartOfDay) {
-    ScopedTimeZone zone("Asia/Shanghai");
+    fftest::ScopedTimeZone zone(fftest::Zone::Shanghai);
     AddBar(1269446399000LL);  // 2010-03-24 23:59:59 local
     AddBar(1269446400000LL);  // 2010-03-25 00:00:00 local
     CSystemFuncs funcs(&data);
@@ -88,7 +88,7 @@ TEST_F(BarTime, EndOfDayAndStartOfDay) {
 
 // 2010-03-14: New York clocks jump from 01:59:59 EST to 03:00:00 EDT.
 TEST_F(BarTime, DaylightSavingStartInNewYork) {
-    ScopedTimeZone zone("America/New_York");
+    fftest::ScopedTimeZone zone(fftest::Zone::NewYork);
     AddBar(1268549999000LL);
     AddBar(1268550000000LL);
     AddBar(1268550000000LL + 3600000LL);
@@ -107,7 +107,7 @@ TEST_F(BarTime, DaylightSavingStartInNewYork) {
 }
 
 TEST_F(BarTime, WeekdayRunsFromSundayZeroToSaturdaySix) {
-    ScopedTimeZone zone("Asia/Shanghai");
+    fftest::ScopedTimeZone zone(fftest::Zone::Shanghai);
     const int64_t sundayNoon = 1269144000000LL;  // 2010-03-21 12:00 local
     for (int i = 0; i < 7; ++i) AddBar(sundayNoon + i * 86400000LL);
     CSystemFuncs funcs(&data);
@@ -119,7 +119,7 @@ TEST_F(BarTime, WeekdayRunsFromSundayZeroToSaturdaySix) {
 }
 
 TEST_F(BarTime, PartsOutOfRangeAreInvalid) {
-    ScopedTimeZone zone("Asia/Shanghai");
+    fftest::ScopedTimeZone zone(fftest::Zone::Shanghai);
     AddBar(kShanghaiMorning);
     CSystemFuncs funcs(&data);
     for (int32_t bar : {1, -1}) {
@@ -144,7 +144,7 @@ TEST_F(BarTime, PartsOutOfRangeAreInvalid) {
 // any chart gives a defined (if meaningless) number. Where the system refuses such
 // a time, every part is invalid.
 TEST_F(BarTime, DateOfTheLastRepresentableTimeWraps) {
-    ScopedTimeZone zone("Asia/Shanghai");
+    fftest::ScopedTimeZone zone(fftest::Zone::Shanghai);
     AddBar(INT64_MAX);
     CSystemFuncs funcs(&data);
     if (funcs.Year() == kInvalidInt) {
@@ -164,12 +164,12 @@ TEST_F(BarTime, DateOfTheLastRepresentableTimeWraps) {
 TEST_F(BarTime, NewObjectSeesANewTimeZone) {
     AddBar(kShanghaiMorning);
     {
-        ScopedTimeZone zone("Asia/Shanghai");
+        fftest::ScopedTimeZone zone(fftest::Zone::Shanghai);
         CSystemFuncs funcs(&data);
         EXPECT_EQ(funcs.Date(), 20100325);
     }
     {
-        ScopedTimeZone zone("America/New_York");
+        fftest::ScopedTimeZone zone(fftest::Zone::NewYork);
         CSystemFuncs funcs(&data);
         EXPECT_EQ(funcs.Date(), 20100324);
         CSystemFuncs copy(funcs);

@@ -75,7 +75,7 @@ TEST_F(EntriesTest, NewestBarPriceIsOnlyRoundedToTheTick) {
     EXPECT_EQ(data.OpenEntries[0].dPrice, 501200 * 0.0001);
 }
 
-// Holds as long as no limit is known for today (a limit that cannot be had is 0).
+// Without a quote source today's limits are not known and clamp nothing.
 TEST_F(EntriesTest, NewestBarOfTodayWithoutKnownLimitsIsNotClamped) {
     Bar(9).time = static_cast<int64_t>(std::time(nullptr)) * 1000;
     GoToNewestBar();

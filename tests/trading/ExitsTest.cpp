@@ -120,7 +120,7 @@ TEST_F(ExitsTest, CoverOnTheNewestBarIsRoundedUpToTheTick) {
     EXPECT_EQ(funcs.CurrentContracts(), -1.0);
 }
 
-// Holds as long as no limit is known for today (a limit that cannot be had is 0).
+// Without a quote source today's limits are not known and clamp nothing.
 TEST_F(ExitsTest, SellOnTheNewestBarOfTodayIsRoundedDown) {
     Bar(9).time = static_cast<int64_t>(std::time(nullptr)) * 1000;
     GoToNewestBar();

@@ -162,13 +162,13 @@ TEST_F(MoneyTest, FreeCommissionUsesTheLocalDayOfTheZone) {
     Bar(4).time = 1267520400000LL;
     // A formula object is created in the zone it runs in.
     {
-        ScopedTimeZone zone("America/New_York");
+        fftest::ScopedTimeZone zone(fftest::Zone::NewYork);
         CSystemFuncs formula(funcs);
         EXPECT_TRUE(Access::FreeCommission(formula, 1, 2));
         EXPECT_FALSE(Access::FreeCommission(formula, 3, 4));
     }
     {
-        ScopedTimeZone zone("Asia/Shanghai");
+        fftest::ScopedTimeZone zone(fftest::Zone::Shanghai);
         CSystemFuncs formula(funcs);
         EXPECT_FALSE(Access::FreeCommission(formula, 1, 2));
         EXPECT_TRUE(Access::FreeCommission(formula, 3, 4));
@@ -176,7 +176,7 @@ TEST_F(MoneyTest, FreeCommissionUsesTheLocalDayOfTheZone) {
 }
 
 TEST_F(MoneyTest, FreeCommissionAcrossTheDaylightSavingChange) {
-    ScopedTimeZone zone("America/New_York");
+    fftest::ScopedTimeZone zone(fftest::Zone::NewYork);
     data.FreeCloseToday = true;
     Bar(1).time = LocalMs(2010, 3, 14, 0, 30, 0);
     Bar(2).time = LocalMs(2010, 3, 14, 23, 30, 0);

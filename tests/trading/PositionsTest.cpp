@@ -103,13 +103,13 @@ TEST_F(PositionsTest, EntryDatesFollowTheLocalZone) {
     AddEntry(1, 1, 1, 100);
     // A formula object is created in the zone it runs in.
     {
-        ScopedTimeZone zone("America/New_York");
+        fftest::ScopedTimeZone zone(fftest::Zone::NewYork);
         CSystemFuncs formula(&data);
         EXPECT_EQ(formula.EntryDate(), 20100314);
         EXPECT_EQ(formula.EntryTime(), 1 * 0.01 + 30 * 0.0001 + 0 * 0.000001);
     }
     {
-        ScopedTimeZone zone("Asia/Shanghai");
+        fftest::ScopedTimeZone zone(fftest::Zone::Shanghai);
         CSystemFuncs formula(&data);
         EXPECT_EQ(formula.EntryDate(), 20100314);
         EXPECT_EQ(formula.EntryTime(), 14 * 0.01 + 30 * 0.0001 + 0 * 0.000001);

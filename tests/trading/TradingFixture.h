@@ -10,7 +10,7 @@
 
 #include "FormulaFunction/FormulaFunction.h"
 #include "FormulaFunction/platform/Platform.h"
-#include "support/ScopedTimeZone.h"
+#include "support/TimeZone.h"
 #include "support/TestAccess.h"
 
 // Milliseconds of a local calendar time in the zone in force.
@@ -32,7 +32,7 @@ protected:
     using Access = CSystemFuncsTestAccess;
     static constexpr double kInvalid = 1.7976931348623157e308;
 
-    TradingTest() : zone_("Asia/Shanghai") {}
+    TradingTest() : zone_(fftest::Zone::Shanghai) {}
 
     void SetUp() override {
         data.FormulaKind = 7;
@@ -121,7 +121,7 @@ protected:
         return key;
     }
 
-    ScopedTimeZone zone_;
+    fftest::ScopedTimeZone zone_;
     CKelBaseData data{};
     CStrategyResult result{};
     CSystemFuncs funcs{&data};

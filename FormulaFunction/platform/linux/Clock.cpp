@@ -1,4 +1,7 @@
-// Local-time conversion and the machine's clock through the C library.
+// Local-time conversion and the machine's clock through the C library. Years and
+// months travel through the C library's int fields with an offset, so values
+// that would not fit are refused here rather than overflowing.
+#include <climits>
 #include <ctime>
 
 #include "FormulaFunction/platform/Platform.h"
@@ -6,10 +9,13 @@
 namespace ffplatform {
 
 bool ToLocalTime(int64_t seconds, LocalTime& out) {
-    std::time_t t = static_cast<std::time_t>(seconds);
+    const std::time_t t = static_cast<std::time_t>(seconds);
+    if (static_cast<int64_t>(t) != seconds) return false;
     std::tm tm{};
     if (localtime_r(&t, &tm) == nullptr) return false;
-    out.year = tm.tm_year + 1900;
+    const int64_t year = static_cast<int64_t>(tm.tm_year) + 1900;
+    if (year > INT32_MAX) return false;
+    out.year = static_cast<int32_t>(year);
     out.month = tm.tm_mon + 1;
     out.day = tm.tm_mday;
     out.hour = tm.tm_hour;
@@ -22,15 +28,18 @@ bool ToLocalTime(int64_t seconds, LocalTime& out) {
 }
 
 int64_t FromLocalTime(const LocalTime& local) {
+    const int64_t year = static_cast<int64_t>(local.year) - 1900;
+    const int64_t month = static_cast<int64_t>(local.month) - 1;
+    if (year < INT_MIN || year > INT_MAX || month < INT_MIN) return -1;
     std::tm tm{};
-    tm.tm_year = local.year - 1900;
-    tm.tm_mon = local.month - 1;
+    tm.tm_year = static_cast<int>(year);
+    tm.tm_mon = static_cast<int>(month);
     tm.tm_mday = local.day;
     tm.tm_hour = local.hour;
     tm.tm_min = local.minute;
     tm.tm_sec = local.second;
     tm.tm_isdst = local.isDst;
-    std::time_t t = std::mktime(&tm);
+    const std::time_t t = std::mktime(&tm);
     return static_cast<int64_t>(t);
 }
 

@@ -49,7 +49,8 @@ std::string TemporarySibling(const std::string& path) {
 
 // Writes the new contents to a temporary file beside the old one and renames it
 // over the old, so that a process dying midway leaves the old file whole. A
-// symbolic link is followed so that the link itself survives.
+// symbolic link is followed so that the link itself survives; a read-only file
+// is refused, as a rename would otherwise slip past its protection.
 bool ReplaceFile(const std::string& path, const std::string& text) {
     std::error_code ec;
     std::string target = path;
@@ -58,6 +59,9 @@ bool ReplaceFile(const std::string& path, const std::string& text) {
         if (ec) return false;
         target = resolved.string();
     }
+    const fs::file_status old = fs::status(target, ec);
+    const bool replacing = !ec && fs::exists(old);
+    if (replacing && (old.permissions() & fs::perms::owner_write) == fs::perms::none) return false;
     const std::string temp = TemporarySibling(target);
     std::FILE* file = std::fopen(temp.c_str(), "wb");
     if (file == nullptr) return false;
@@ -65,8 +69,7 @@ bool ReplaceFile(const std::string& path, const std::string& text) {
     ok = std::fflush(file) == 0 && ok;
     ok = std::fclose(file) == 0 && ok;
     if (ok) {
-        const fs::file_status old = fs::status(target, ec);
-        if (!ec && fs::exists(old)) fs::permissions(temp, old.permissions(), ec);
+        if (replacing) fs::permissions(temp, old.permissions(), ec);
         fs::rename(temp, target, ec);
         ok = !ec;
     }
