@@ -345,6 +345,21 @@ public:
     bool SetInactivate(int32_t nMode, double dAmount, int32_t nBars, bool bWholePosition);
 
     // Trade figures.
+    int32_t TotalTrades();
+    int32_t NumWinTrades();
+    int32_t NumLosTrades();
+    int32_t NumEvenTrades();
+    double PercentProfit();
+    int32_t TotalBarsWinTrades();
+    int32_t TotalBarsLosTrades();
+    int32_t TotalBarsEvenTrades();
+    int32_t AvgBarsWinTrade();
+    int32_t AvgBarsLosTrade();
+    int32_t AvgBarsEvenTrade();
+    double LargestWinTrade();
+    double LargestLosTrade();
+    double GrossProfit();
+    double GrossLoss();
     double NetProfit();
     int32_t MaxConsecWinners();
     int32_t MaxConsecLosers();
@@ -492,6 +507,9 @@ private:
     // Private helpers of the statistics.
     void CalcTradePerformance(bool isLong, double& gross, double& commission,
                               const tagTradeList& trade);
+    bool UpdateTradeFigures();
+    bool TradeFiguresHold();
+    void AppendValuationInputs(int32_t dataIndex);
 
     // Private helpers of the output functions.
     bool PlotTargetBar(const std::string& name, int32_t barsAgo, size_t& index);

@@ -2,6 +2,7 @@
 // forwards to the member of the same name.
 #pragma once
 
+#include "FormulaFunction/DerivedCaches.h"
 #include "FormulaFunction/FormulaFunction.h"
 
 struct CSystemFuncsTestAccess {
@@ -76,4 +77,15 @@ struct CSystemFuncsTestAccess {
         f.CloseEntriesFifo(isLong, quantity, price, commission, lotsTimesPrice);
     }
     static void CalcStopMaxInfo(CSystemFuncs& f) { f.CalcStopMaxInfo(); }
+
+    // Statistics.
+    static void CalcTradePerformance(CSystemFuncs& f, bool isLong, double gross,
+                                     double commission, const tagTradeList& trade) {
+        f.CalcTradePerformance(isLong, gross, commission, trade);
+    }
+    static uint64_t TradeFigureRestarts(CSystemFuncs& f) { return f.Derived().TradeFigures.restarts; }
+    static TradeListFigures TradeFigures(CSystemFuncs& f) {
+        f.UpdateTradeFigures();
+        return f.Derived().TradeFigures.Walked.Figures;
+    }
 };

@@ -1,0 +1,134 @@
+// The running figures over round trips and the checks that keep them.
+
+#include "FormulaFunction/statistics/RunningTradeFigures.h"
+
+#include <cstring>
+
+#include "FormulaFunction/statistics/WrappingCounts.h"
+
+using ffstatistics::AddWrapping;
+
+bool SameBits(double a, double b) {
+    uint64_t x = 0, y = 0;
+    std::memcpy(&x, &a, sizeof x);
+    std::memcpy(&y, &b, sizeof y);
+    return x == y;
+}
+
+bool SameTrip(const tagTradeList& a, const tagTradeList& b) {
+    return a.nEntryType == b.nEntryType && a.nExitType == b.nExitType &&
+           a.nEntryBar == b.nEntryBar && a.nExitBar == b.nExitBar &&
+           a.nEntrySource == b.nEntrySource && a.nExitSource == b.nExitSource &&
+           a.nEntryDataIndex == b.nEntryDataIndex && a.nExitDataIndex == b.nExitDataIndex &&
+           SameBits(a.dLots, b.dLots) && SameBits(a.dEntryPrice, b.dEntryPrice) &&
+           SameBits(a.dExitPrice, b.dExitPrice);
+}
+
+// A round trip that is neither a win nor a loss by the exact classification ends
+// both runs.
+void TradeListFigures::Add(int32_t counting, int32_t valued, double net, int32_t bars) {
+    if (counting == 1) {
+        AddWrapping(nWinners, 1);
+        AddWrapping(nBarsWinners, bars);
+        AddWrapping(nWinRun, 1);
+        if (nWinRun > nLongestWinRun) nLongestWinRun = nWinRun;
+        nLossRun = 0;
+    } else if (counting == 0) {
+        AddWrapping(nEven, 1);
+        AddWrapping(nBarsEven, bars);
+        nWinRun = 0;
+        nLossRun = 0;
+    } else {
+        AddWrapping(nLosers, 1);
+        AddWrapping(nBarsLosers, bars);
+        AddWrapping(nLossRun, 1);
+        if (nLossRun > nLongestLossRun) nLongestLossRun = nLossRun;
+        nWinRun = 0;
+    }
+    const int32_t barsHeld = ffbuiltins::WrapToInt32(static_cast<uint32_t>(bars) + 1u);
+    if (valued == 1) {
+        dGrossProfit += net;
+        if (net > dLargestWin) dLargestWin = net;
+        AddWrapping(nValuedWinners, 1);
+        AddWrapping(nValuedBarsWinners, barsHeld);
+    } else if (valued == -1) {
+        dGrossLoss += net;
+        if (net < dLargestLoss) dLargestLoss = net;
+        AddWrapping(nValuedLosers, 1);
+        AddWrapping(nValuedBarsLosers, barsHeld);
+    } else {
+        AddWrapping(nValuedEven, 1);
+        AddWrapping(nValuedBarsEven, barsHeld);
+    }
+    dSumOfSquares += net * net;
+}
+
+bool ValuationInputs::SameAs(const ValuationInputs& other) const {
+    return nDataIndex == other.nDataIndex && nMarginMode == other.nMarginMode &&
+           nMinMove == other.nMinMove && nContractUnit == other.nContractUnit &&
+           SameBits(dContractSize, other.dContractSize) &&
+           SameBits(dBigPointValue, other.dBigPointValue) &&
+           SameBits(dPriceScale, other.dPriceScale);
+}
+
+bool WalkedPrefix::Unchanged(const std::vector<tagTradeList>& trips) const {
+    if (trips.size() < length) return false;
+    if (length == 0) return true;
+    if (!SameTrip(trips.front(), first)) return false;
+    const size_t start = length - tailCount;
+    for (size_t i = 0; i < tailCount; ++i)
+        if (!SameTrip(trips[start + i], tail[i])) return false;
+    return true;
+}
+
+void WalkedPrefix::CopyEnds(const std::vector<tagTradeList>& trips, size_t end) {
+    tailCount = end < kTail ? end : kTail;
+    if (end == 0) return;
+    first = trips.front();
+    const size_t start = end - tailCount;
+    for (size_t i = 0; i < tailCount; ++i) tail[i] = trips[start + i];
+}
+
+void RunningTradeFigures::Restart(int32_t type, double value, bool single, bool freeToday) {
+    Walked = WalkedPrefix();
+    BeforeLastExitBar = WalkedPrefix();
+    ++restarts;
+    instruments.clear();
+    newestExistingBar = -1;
+    oldestMissingBar = kNoBar;
+    newestBarDate = 0;
+    commissionType = type;
+    commissionValue = value;
+    singleSide = single;
+    freeCloseToday = freeToday;
+}
+
+bool RunningTradeFigures::SameSettings(int32_t type, double value, bool single,
+                                       bool freeToday) const {
+    return commissionType == type && SameBits(commissionValue, value) && singleSide == single &&
+           freeCloseToday == freeToday;
+}
+
+const ValuationInputs* RunningTradeFigures::FindInstrument(int32_t dataIndex) const {
+    for (const ValuationInputs& inputs : instruments)
+        if (inputs.nDataIndex == dataIndex) return &inputs;
+    return nullptr;
+}
+
+// Bar indexes are unsigned here, as in every index test: a negative one never exists.
+void RunningTradeFigures::NoteBars(const tagTradeList& trip, size_t barCount) {
+    for (const int32_t bar : {trip.nEntryBar, trip.nExitBar}) {
+        const int64_t index = static_cast<int64_t>(static_cast<uint32_t>(bar));
+        if (static_cast<uint64_t>(index) < barCount) {
+            if (index > newestExistingBar) newestExistingBar = index;
+        } else if (index < oldestMissingBar) {
+            oldestMissingBar = index;
+        }
+    }
+}
+
+bool RunningTradeFigures::SameBarsExist(size_t barCount) const {
+    const uint64_t count = barCount;
+    if (newestExistingBar >= 0 && count <= static_cast<uint64_t>(newestExistingBar)) return false;
+    return oldestMissingBar == kNoBar || count <= static_cast<uint64_t>(oldestMissingBar);
+}

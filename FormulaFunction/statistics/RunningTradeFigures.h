@@ -1,0 +1,145 @@
+// Running figures over the round trips of TradeList, so that the statistics
+// functions, each defined as a walk over every round trip, cost the same per call
+// however long the list has grown.
+//
+// The figures are those of a walk over a prefix of the list: the same
+// classifications, and the sums added in list order starting from zero, so they
+// carry the very bits that a walk from the first round trip gives. A call first
+// checks that the walked prefix, and everything its valuation read, is as it was;
+// then it walks only the round trips appended since. Two prefixes are kept: all
+// that was walked, and the part of it before the round trips closed on the exit
+// bar of the last one walked. Restoring the live bar drops just those round trips,
+// so the call goes back to the shorter prefix instead of walking everything again.
+// When neither prefix holds, the walk starts again from the first round trip.
+//
+// The check, precisely. A prefix of length n is kept when all of these hold:
+//  1. TradeList holds at least n round trips; its first round trip is, field for
+//     field and bit for bit, the one walked first; and its positions n-kTail to n-1
+//     (fewer when n is smaller) hold, bit for bit, the round trips walked there.
+//  2. CommissionType, CommissionValue (its bits), SingleSideCommission and
+//     FreeCloseToday are as they were.
+//  3. For every entry data index among the walked round trips, MarginMode,
+//     ContractSize, ContractUnit, BigPointValue, MinMove and PriceScale, read now
+//     the way the valuation reads them (from PropertyCache, fetching what is
+//     missing there), give the same bits. These are all the instrument properties
+//     that the profit and the commission of a round trip read.
+//  4. When FreeCloseToday is set: every bar of the main stream that a walked round
+//     trip names (entry or exit bar) and that existed still exists, none of those
+//     that did not exist has appeared, and the newest of the existing ones still
+//     falls on the same local date.
+// Rules 2 to 4 are checked over everything walked since the walk last started
+// again, which covers the shorter prefix too. FormulaKind and Result only decide
+// whether the functions answer at all; the figures do not depend on them.
+//
+// What the check does not see: a round trip replaced in the middle of a prefix
+// while its first one, its last kTail and the list's length allow it, and a change
+// to the time of a bar older than the newest one named. The library never does
+// either: it appends round trips, drops them from the end when the live bar is
+// restored (a replaced tail of up to kTail round trips is always seen), and empties
+// the list when a run starts again; the host appends bars and only the forming
+// last bar changes. The time zone is taken as fixed for the life of the object, as
+// the local-day cache takes it.
+//
+// Checking costs a fixed number of comparisons plus six cached property reads per
+// data index traded, whatever the number of round trips.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "host/KelTypes.h"
+
+// What a walk over round trips adds up: what the statistics functions answer, and
+// what the summary of statistics mode 1 is made of.
+struct TradeListFigures {
+    // By the counting classification (the sign of the net), with bars held as the
+    // exit bar less the entry bar; the runs in list order.
+    int32_t nWinners = 0, nLosers = 0, nEven = 0;
+    int32_t nBarsWinners = 0, nBarsLosers = 0, nBarsEven = 0;
+    int32_t nWinRun = 0, nLossRun = 0, nLongestWinRun = 0, nLongestLossRun = 0;
+
+    // By the valued classification (a net within the tolerance is even), with bars
+    // held counting the entry bar too.
+    double dGrossProfit = 0, dGrossLoss = 0, dLargestWin = 0, dLargestLoss = 0;
+    int32_t nValuedWinners = 0, nValuedLosers = 0, nValuedEven = 0;
+    int32_t nValuedBarsWinners = 0, nValuedBarsLosers = 0, nValuedBarsEven = 0;
+
+    // Of every round trip: the sum of the squares of the nets.
+    double dSumOfSquares = 0;
+
+    // Adds the next round trip: `counting` and `valued` are its two classifications
+    // (1 win, 0 even, -1 loss), `bars` its exit bar less its entry bar.
+    void Add(int32_t counting, int32_t valued, double net, int32_t bars);
+};
+
+// The first `length` round trips as they were walked, with the figures of the walk.
+struct WalkedPrefix {
+    static constexpr size_t kTail = 8;
+
+    size_t length = 0;
+    TradeListFigures Figures;
+    tagTradeList first{};
+    std::array<tagTradeList, kTail> tail{};
+    size_t tailCount = 0;
+
+    // Rule 1 against a list of round trips.
+    bool Unchanged(const std::vector<tagTradeList>& trips) const;
+
+    // Takes copies of the first round trip and of the last ones before `end`.
+    void CopyEnds(const std::vector<tagTradeList>& trips, size_t end);
+};
+
+// The instrument properties that valued the round trips of one data index.
+struct ValuationInputs {
+    int32_t nDataIndex = 0;
+    int32_t nMarginMode = 0, nMinMove = 0, nContractUnit = 0;
+    double dContractSize = 0, dBigPointValue = 0, dPriceScale = 0;
+
+    bool SameAs(const ValuationInputs& other) const;
+};
+
+struct RunningTradeFigures {
+    WalkedPrefix Walked;             // everything walked
+    WalkedPrefix BeforeLastExitBar;  // up to the round trips closed on the last exit bar
+
+    // How many times the walk started again from the first round trip; never reset.
+    uint64_t restarts = 0;
+
+    // Rule 2: the settings.
+    int32_t commissionType = 0;
+    double commissionValue = 0;
+    bool singleSide = false;
+    bool freeCloseToday = false;
+
+    // Rule 3: one record per data index traded, in the order first seen.
+    std::vector<ValuationInputs> instruments;
+
+    // Rule 4: the highest named bar that existed (-1: none), the lowest named bar
+    // that did not (kNoBar: none), and the local date of the former (0 when its
+    // time could not be converted).
+    static constexpr int64_t kNoBar = INT64_MAX;
+    int64_t newestExistingBar = -1;
+    int64_t oldestMissingBar = kNoBar;
+    int32_t newestBarDate = 0;
+
+    // Drops every figure and remembers the settings the next walk works with.
+    void Restart(int32_t type, double value, bool single, bool freeToday);
+
+    bool SameSettings(int32_t type, double value, bool single, bool freeToday) const;
+
+    // The recorded inputs of a data index, or null when none of its round trips
+    // has been walked.
+    const ValuationInputs* FindInstrument(int32_t dataIndex) const;
+
+    // Notes the bars a round trip names, in a main stream of `barCount` bars.
+    void NoteBars(const tagTradeList& trip, size_t barCount);
+
+    // The first half of rule 4: the existence of the named bars.
+    bool SameBarsExist(size_t barCount) const;
+};
+
+// Field by field, the doubles compared by their bits.
+bool SameTrip(const tagTradeList& a, const tagTradeList& b);
+bool SameBits(double a, double b);
