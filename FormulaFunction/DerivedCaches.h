@@ -5,8 +5,10 @@
 
 #include "FormulaFunction/bars/LocalDayCache.h"
 #include "FormulaFunction/market/CachedValueSlots.h"
+#include "FormulaFunction/statistics/RunningSummary.h"
 
 struct DerivedCaches {
     LocalDayCache LocalDays;
     CachedValueSlots Values;
+    RunningSummary Summary;
 };

@@ -67,6 +67,8 @@ public:
     int32_t Weekday();
 
     // The per-bar driver.
+    void PrepareBar();
+    void RestoreLastBar();
 
     // Math, strings, date and time, constants.
     double Abs(double v);
@@ -202,21 +204,145 @@ public:
     double MarginRatio();
     std::string Symbol();
 
+    bool QuoteDataExist();
+    double Q_AskPrice(int32_t depth);
+    double Q_AskVol(int32_t depth);
+    double Q_BidPrice(int32_t depth);
+    double Q_BidVol(int32_t depth);
+    double Q_Close();
+    double Q_High();
+    int32_t Q_LastDate();
+    double Q_LastTime();
+    double Q_LastVol();
+    double Q_Low();
+    double Q_Open();
+    double Q_OpenInt();
+    double Q_Oscillation();
+    double Q_PriceChg();
+    double Q_PriceChgRatio();
+    double Q_TickChg();
+    double Q_TotalVol();
+    double Q_PreSettlePrice();
+    double Q_PreOpenInt();
+    double Q_AvgPrice();
+    double Q_TurnOver();
+    double Q_HisHigh();
+    double Q_HisLow();
+    double Q_UpperLimit();
+    double Q_LowerLimit();
+    double Q_InsideVol();
+    double Q_OutsideVol();
+    double Q_TodayEntryVol();
+    double Q_TodayExitVol();
+    double Q_Last();
+    int32_t Q_LastFlag();
+    int32_t Q_BidPriceFlag();
+    int32_t Q_AskPriceFlag();
+    int32_t Q_OpenIntFlag();
+
+    bool AccountDataExist();
+    std::string A_BrokerID();
+    std::string A_AccountID();
+    double A_PreviousEquity();
+    double A_ProfitLoss();
+    double A_CurrentEquity();
+    double A_FreeMargin();
+    double A_BuyFreeze();
+    double A_BuyMargin();
+    double A_SellFreeze();
+    double A_SellMargin();
+    double A_TodayDeposit();
+    double A_TodayDrawing();
+    double A_BuyPosition();
+    double A_BuyAvgPrice();
+    double A_BuyProfitLoss();
+    double A_TodayBuyPosition();
+    double A_SellPosition();
+    double A_SellAvgPrice();
+    double A_SellProfitLoss();
+    double A_TodaySellPosition();
+    double A_TotalPosition();
+    double A_TotalAvgPrice();
+    double A_PositionProfitLoss();
+    int32_t A_GetOrderCount();
+    int32_t A_GetOpenOrderCount();
+    int32_t A_GetLastOrderIndex(int32_t buyOrSell, int32_t entryOrExit);
+    int32_t A_GetLastOpenOrderIndex(int32_t buyOrSell, int32_t entryOrExit);
+    int32_t A_OrderStatus(int32_t index);
+    std::string A_OrderContractNo(int32_t index);
+    int32_t A_OrderBuyOrSell(int32_t index);
+    int32_t A_OrderEntryOrExit(int32_t index);
+    double A_OrderTime(int32_t index);
+    double A_OrderLot(int32_t index);
+    double A_OrderPrice(int32_t index);
+    double A_OrderFilledLot(int32_t index);
+    double A_OrderFilledPrice(int32_t index);
+    double A_OrderCanceledLot(int32_t index);
+    int32_t A_OpenOrderStatus(int32_t index);
+    std::string A_OpenOrderContractNo(int32_t index);
+    int32_t A_OpenOrderBuyOrSell(int32_t index);
+    int32_t A_OpenOrderEntryOrExit(int32_t index);
+    double A_OpenOrderTime(int32_t index);
+    double A_OpenOrderLot(int32_t index);
+    double A_OpenOrderPrice(int32_t index);
+    double A_OpenOrderFilledLot(int32_t index);
+    double A_OpenOrderFilledPrice(int32_t index);
+    bool A_SendOrder(int32_t buyOrSell, int32_t entryOrExit, double lots, double price);
+    bool A_DeleteOrder(const std::string& contractNo);
+
     // Positions and the records in use.
+    int32_t MarketPosition();
+    double CurrentContracts();
+    int32_t CurrentEntries();
+    double AvgEntryPrice();
+    double EntryPrice();
+    double LastEntryPrice();
+    int32_t EntryDate();
+    double EntryTime();
+    int32_t LastEntryDate();
+    double LastEntryTime();
+    int32_t BarsSinceEntry();
+    int32_t BarsSinceLastEntry();
+    double ExitPrice();
+    int32_t ExitDate();
+    double ExitTime();
+    int32_t BarsSinceExit();
+    double ContractProfit();
+    double PositionProfit();
+    double CurrentCapital();
+    double MaxContracts();
+    double MaxContractsHeld();
+    int32_t MaxEntries();
+    double MaxPositionProfit();
+    double MaxPositionLoss();
+    double MaxIDDrawDown();
+    double I_AvgEntryPrice();
+    double I_CurrentContracts();
+    int32_t I_MarketPosition();
+    double I_CloseEquity();
+    double I_OpenEquity();
 
     // Money: sizing, commission, margin.
 
     // Entry orders.
+    bool Buy(double lots, double price, bool delay);
+    bool SellShort(double lots, double price, bool delay);
 
     // Exit orders.
+    bool Sell(double lots, double price, bool delay);
+    bool BuyToCover(double lots, double price, bool delay);
 
     // Fixed stops.
 
     // Trailing and inactivity stops.
 
     // Trade figures.
+    double NetProfit();
+    int32_t MaxConsecWinners();
+    int32_t MaxConsecLosers();
 
     // The statistics step.
+    void CalStatistic();
 
     // Plotting.
     double PlotNumeric(const std::string& name, double value, int32_t colour, int32_t barsAgo);
@@ -255,6 +381,24 @@ private:
     const BarRecord* CurrentStreamBar();
 
     // Private helpers of the per-bar driver.
+    void PrepareFirstBar();
+    void PrepareNormalBar();
+    void SaveLastBarData();
+    void DetectNewDay();
+    void FollowPreviousBarExcursion();
+    void CloseOnPreviousBar(double price);
+    void RecordPreviousBarEquity();
+    double PreviousBarCommission(int32_t bar);
+    void TrackEquity(double equity, int64_t time);
+    PositionSnapshot PreviousBarSnapshot();
+    void RunDelayedSignals();
+    int64_t MainBarTime(int32_t bar);
+    double MainBarClose(int32_t bar);
+    void FollowBarExcursion();
+    void RecordBarPosition();
+    void SummarizeTrades();
+    void RecordBarEquity();
+    double BarCommission(int32_t bar);
 
     // Private helpers of properties, quotes and account.
     using ValueFetch = bool (CSystemFuncs::*)(int32_t valueId, tagKelDataType& value);
@@ -262,14 +406,69 @@ private:
     bool GetPropertys(int32_t id, tagKelDataType& value);
     bool CurrentSymbol(tagSymbol& symbol);
     int32_t MarginMode();
+    bool OnLastTradingDay();
+    const tagKelDataType* LatestQuote(const char* keyFormat, int32_t valueId);
+    const tagKelDataType* SameDayQuote(const char* keyFormat, int32_t valueId);
+    bool GetQuoteValue(int32_t valueId, tagKelDataType& value);
+    bool AccountBound();
+    bool InstrumentAccountReady();
+    const tagKelDataType* AccountValue(const char* keyFormat, int32_t valueId);
+    bool GetAccountValue(int32_t valueId, tagKelDataType& value);
+    const tagKelDataType* InstrumentAccountValue(const char* keyFormat, int32_t valueId,
+                                                 ValueFetch fetch);
+    bool GetPositionValue(int32_t valueId, tagKelDataType& value);
+    bool GetOrderCountValue(int32_t valueId, tagKelDataType& value);
+    bool ListOrders(bool openOnly, std::vector<tagBrokerOrder>& orders);
+    bool OrderByIndex(bool openOnly, int32_t index, tagBrokerOrder& order);
+    int32_t LastOrderIndex(bool openOnly, int32_t buyOrSell, int32_t entryOrExit);
 
     // Private helpers of positions, money, entries and exits.
     bool LastestBar();
     bool GetValidPrice(bool up, double& price);
+    bool InStrategy() const;
+    int32_t GetCurrentEntryPositions();
+    bool BarDateTime(int32_t bar, int32_t& date, double& time);
+    const PositionSnapshot* LinkedSnapshot();
+    double GetProfitLoss(bool isLong, double entryPrice, double price);
+    double GetRequiredMargin(double lots, double price);
+    double GetMarginCallPrice(double amount, double entryPrice, double contracts);
+    double GetCommission(double lots, double price);
+    double GetDoubleCommission(const tagTradeList& trade);
+    bool SingleCommission();
+    bool FreeCommission(int32_t entryBar, int32_t exitBar);
+    double AvailableCapital();
+    double GetMaxTradeSize(double money, double price);
+    double GetTradeSize(double lots, double price);
+    double GetDefaultTradeSize(double price);
+    double GetSpread();
+    int32_t CalcTradeList(const tagTradeList& trade);
+    int32_t CalcTradeList(const tagTradeList& trade, double& net, double& commission);
+    void ClampToTodayLimits(double& price);
+    bool OrderFillPrice(bool roundUp, double price, double& fill);
+    void ParkSignal(int32_t type, double lots, double price);
+    void UpdateEntryTrackers(bool isLong);
+    bool SimpleBuy(double lots, double price, bool delay);
+    bool SimpleSellShort(double lots, double price, bool delay);
+    bool CombineBuy(double lots, double price, bool delay);
+    bool CombineSellShort(double lots, double price, bool delay);
+    bool OpenEntry(bool isLong, double lots, double price, bool delay);
+    bool ReverseInto(bool isLong, double lots, double price, bool delay);
+    void HandleDelaySignal(const tagTradeSignal& signal);
+    bool SimpleSell(double lots, double price, bool delay);
+    bool SimpleBuyToCover(double lots, double price, bool delay);
+    bool ExitPosition(bool isLong, double lots, double price, bool delay);
+    double WriteRoundTrip(bool isLong, const tagTradeSignal& entry, double lots, double price);
+    void CloseEntriesFifo(bool isLong, double quantity, double price, double& commission,
+                          double& lotsTimesPrice);
+    void ClosePosition(double price);
+    void ClosePosition(const tagTradeSignal& entry, double price);
 
     // Private helpers of the stops.
+    void CalcStopMaxInfo();
 
     // Private helpers of the statistics.
+    void CalcTradePerformance(bool isLong, double& gross, double& commission,
+                              const tagTradeList& trade);
 
     // Private helpers of the output functions.
     bool PlotTargetBar(const std::string& name, int32_t barsAgo, size_t& index);

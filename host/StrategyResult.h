@@ -86,7 +86,12 @@ struct BarPosition {
     double dNetProfit = 0, dEquity = 0;
 };
 
-// One bar of the equity series of statistics mode 2. nTime is HHMMSS.
+// One bar of the equity series of statistics mode 2, written by the statistics step
+// for every bar, flat or not, valued at the bar's close (a bar evaluated again
+// overwrites its record). nDate is YYYYMMDD and nTime HHMMSS, local time. dMargin is
+// the margin of the open position (0 when flat); dAvailable is the capital less that
+// margin plus the open result; dEquity is dAvailable + dMargin; dCommission is the
+// commission of the round trips closed on the bar; dCapital is Capital.
 struct BarEquity {
     int32_t nBar = 0, nDate = 0, nTime = 0;
     double dMargin = 0, dAvailable = 0, dEquity = 0, dCommission = 0, dCapital = 0;
@@ -117,6 +122,14 @@ public:
     SummaryFigures Summary;
     std::vector<BarPosition> PositionSeries;
 
+    // Statistics mode 2. dLowestBarEquity and dHighestBarEquity start at the initial
+    // capital and follow the lowest and highest dEquity of BarEquityList;
+    // nHighestEquityDate and nHighestEquityTime are the nDate and nTime of the record
+    // that set the highest. nBarsWithPosition counts the bars whose close found a
+    // position open. dLargestMargin is the largest margin in use at a bar's close;
+    // dLargestLongMargin and dLargestShortMargin the same for long and short
+    // positions. The drawdown figures of the equity are TroughEquity to MaxDrawDownTime
+    // above, kept by the per-bar driver.
     std::vector<BarEquity> BarEquityList;
     double dLowestBarEquity = 0, dHighestBarEquity = 0;
     int32_t nHighestEquityDate = 0, nHighestEquityTime = 0, nBarsWithPosition = 0;

@@ -15,8 +15,19 @@ namespace {
 
 bool IsInvalid(double v) { return v == kInvalidNumeric; }
 
-// 10 raised to `digits` (which may be negative), the scale of the rounding family.
-double DecimalScale(int32_t digits) { return std::pow(10.0, static_cast<double>(digits)); }
+// 10 raised to `digits` (which may be negative), the scale of the rounding family,
+// correctly rounded. Up to 10^22 every power of ten is exact, so a negative power is
+// one correctly rounded division; this does not lean on the C library's pow, which
+// is off by a unit in the last place for negative powers on some systems (mingw-w64
+// gives 0.010000000000000002 for 10^-2).
+double DecimalScale(int32_t digits) {
+    static constexpr double kExact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    if (digits >= 0 && digits <= 22) return kExact[digits];
+    if (digits < 0 && digits >= -22) return 1.0 / kExact[-digits];
+    return std::pow(10.0, static_cast<double>(digits));
+}
 
 // Signed 32-bit division as the processor does it, except that the one quotient that
 // would trap (INT32_MIN / -1) wraps instead. The divisor is never 0 here.

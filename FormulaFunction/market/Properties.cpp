@@ -3,16 +3,12 @@
 // object; a failed fetch is not cached and is tried again on the next call.
 #include "FormulaFunction/FormulaFunction.h"
 
-#include "FormulaFunction/InvalidValues.h"
+#include "FormulaFunction/market/CachedResults.h"
 
-namespace {
-
-int32_t LongOf(const tagKelDataType* v) { return v ? v->nValue : ff::kInvalidInteger; }
-double DoubleOf(const tagKelDataType* v) { return v ? v->dValue : ff::kInvalidNumeric; }
-bool BoolOf(const tagKelDataType* v) { return v ? v->bValue : false; }
-std::string TextOf(const tagKelDataType* v) { return v ? v->strValue : std::string(); }
-
-}  // namespace
+using ffmarket::BoolOf;
+using ffmarket::DoubleOf;
+using ffmarket::LongOf;
+using ffmarket::TextOf;
 
 int32_t CSystemFuncs::BarInterval() {
     return LongOf(CachedValue("Data%d.BarInterval", 1, &CSystemFuncs::GetPropertys));

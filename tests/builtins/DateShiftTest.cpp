@@ -5,7 +5,7 @@
 
 #include "BuiltinsFixture.h"
 #include "FormulaFunction/platform/Platform.h"
-#include "ScopedTimeZone.h"
+#include "support/ScopedTimeZone.h"
 
 namespace {
 
@@ -75,7 +75,13 @@ TEST_P(EveryZoneTest, DateAddReadsMonthAndDayZeroAsTheCalendarDoes) {
 }
 
 TEST_P(EveryZoneTest, DateAddClampsTheResultLikeMakeDate) {
+#if defined(_WIN32)
+    // The Windows runtime converts no local time after the year 3000.
+    EXPECT_EQ(f.DateAdd(99991231, 1), kInvalidInt);
+    EXPECT_EQ(f.DateAdd(29991231, 1), 30000101);
+#else
     EXPECT_EQ(f.DateAdd(99991231, 1), 19000101);
+#endif
 }
 
 TEST_P(EveryZoneTest, DateAddRefusesTheInvalidInteger) {

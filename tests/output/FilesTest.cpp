@@ -36,7 +36,7 @@ TEST(FileAppend, KeepsWhatTheFileHeld) {
 
 TEST(FileAppend, TheLineEndsAtItsFirstNul) {
     TempFolder root;
-    const std::filesystem::path file = root.Path() / "nul.txt";
+    const std::filesystem::path file = root.Path() / "nulbyte.txt";
     CSystemFuncs f(nullptr);
     EXPECT_TRUE(f.FileAppend(file.string(), std::string("ab\0cd", 5)));
     EXPECT_EQ(ReadText(file), "ab\n");

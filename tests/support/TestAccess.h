@@ -21,4 +21,59 @@ struct CSystemFuncsTestAccess {
     static bool GetValidPrice(CSystemFuncs& f, bool up, double& price) {
         return f.GetValidPrice(up, price);
     }
+
+    // Positions, money, entries and exits.
+    static double GetProfitLoss(CSystemFuncs& f, bool isLong, double entry, double price) {
+        return f.GetProfitLoss(isLong, entry, price);
+    }
+    static double GetRequiredMargin(CSystemFuncs& f, double lots, double price) {
+        return f.GetRequiredMargin(lots, price);
+    }
+    static double GetMarginCallPrice(CSystemFuncs& f, double amount, double entry, double lots) {
+        return f.GetMarginCallPrice(amount, entry, lots);
+    }
+    static double GetCommission(CSystemFuncs& f, double lots, double price) {
+        return f.GetCommission(lots, price);
+    }
+    static double GetDoubleCommission(CSystemFuncs& f, const tagTradeList& trade) {
+        return f.GetDoubleCommission(trade);
+    }
+    static bool SingleCommission(CSystemFuncs& f) { return f.SingleCommission(); }
+    static bool FreeCommission(CSystemFuncs& f, int32_t entryBar, int32_t exitBar) {
+        return f.FreeCommission(entryBar, exitBar);
+    }
+    static double AvailableCapital(CSystemFuncs& f) { return f.AvailableCapital(); }
+    static double GetMaxTradeSize(CSystemFuncs& f, double money, double price) {
+        return f.GetMaxTradeSize(money, price);
+    }
+    static double GetTradeSize(CSystemFuncs& f, double lots, double price) {
+        return f.GetTradeSize(lots, price);
+    }
+    static double GetDefaultTradeSize(CSystemFuncs& f, double price) {
+        return f.GetDefaultTradeSize(price);
+    }
+    static double GetSpread(CSystemFuncs& f) { return f.GetSpread(); }
+    static int32_t CalcTradeList(CSystemFuncs& f, const tagTradeList& trade) {
+        return f.CalcTradeList(trade);
+    }
+    static int32_t CalcTradeList(CSystemFuncs& f, const tagTradeList& trade, double& net,
+                                 double& commission) {
+        return f.CalcTradeList(trade, net, commission);
+    }
+    static int32_t GetCurrentEntryPositions(CSystemFuncs& f) { return f.GetCurrentEntryPositions(); }
+    static bool CombineBuy(CSystemFuncs& f, double lots, double price, bool delay) {
+        return f.CombineBuy(lots, price, delay);
+    }
+    static void HandleDelaySignal(CSystemFuncs& f, const tagTradeSignal& signal) {
+        f.HandleDelaySignal(signal);
+    }
+    static void ClosePosition(CSystemFuncs& f, double price) { f.ClosePosition(price); }
+    static void ClosePosition(CSystemFuncs& f, const tagTradeSignal& entry, double price) {
+        f.ClosePosition(entry, price);
+    }
+    static void CloseEntriesFifo(CSystemFuncs& f, bool isLong, double quantity, double price,
+                                 double& commission, double& lotsTimesPrice) {
+        f.CloseEntriesFifo(isLong, quantity, price, commission, lotsTimesPrice);
+    }
+    static void CalcStopMaxInfo(CSystemFuncs& f) { f.CalcStopMaxInfo(); }
 };

@@ -1,0 +1,332 @@
+// The work done before each bar of a trading strategy is evaluated: a new day, the
+// open position's excursions and margin, the equity history, the position snapshot of
+// the previous bar and the signals delayed to this bar; plus the save and restore of
+// the state that the live last bar re-evaluates from.
+#include "FormulaFunction/FormulaFunction.h"
+
+#include <cmath>
+
+#include "FormulaFunction/DerivedCaches.h"
+#include "FormulaFunction/trading/TradingRules.h"
+
+using namespace fftrading;
+
+void CSystemFuncs::PrepareBar() {
+    if (!InStrategy()) return;
+    if (m_pBaseData->CurrentBar == 0) {
+        PrepareFirstBar();
+        return;
+    }
+    if (LastestBar()) SaveLastBarData();
+    PrepareNormalBar();
+}
+
+// Bar 0 starts a run: every figure, list and tracker of an earlier run is reset.
+void CSystemFuncs::PrepareFirstBar() {
+    CKelBaseData& data = *m_pBaseData;
+    CStrategyResult& result = *data.Result;
+    const double capital = data.InitialCapital;
+    const int64_t start = MainBarTime(0);
+
+    PositionFigures& figures = result.Figures;
+    figures.Capital = capital;
+    figures.PositionContracts = 0.0;
+    figures.MaxContractsHeld = 0.0;
+    figures.MaxOpenEntriesHeld = 0;
+    figures.MaxPositionProfitMark = 0.0;
+    figures.MaxPositionLossMark = 0.0;
+    figures.ClosedPositionsDrawDown = 0.0;
+    result.DayStartTime = start;
+    result.NewDay = false;
+    result.ExitOnClose = false;
+
+    result.TroughEquity = capital;
+    result.PeakAfterTrough = capital;
+    result.DrawDownPeak = capital;
+    result.DrawDownTrough = capital;
+    result.HighestEquity = capital;
+    result.LowestEquity = capital;
+    result.dLowestBarEquity = capital;
+    result.dHighestBarEquity = capital;
+    result.PeakAfterTroughTime = start;
+    result.MaxDrawDownTime = start;
+
+    result.EquityHistory.clear();
+    result.EquityHistory.push_back({0, start, 0.0, capital, capital, 0.0, capital});
+
+    data.SignalHistory.clear();
+    data.TradeList.clear();
+    data.OpenEntries.clear();
+    data.DelayedSignals.clear();
+    if (!data.BarTexts.empty()) data.BarTexts[0].clear();
+}
+
+void CSystemFuncs::SaveLastBarData() {
+    CStrategyResult& result = *m_pBaseData->Result;
+    result.SavedFigures = result.Figures;
+    result.SavedOpenEntries = m_pBaseData->OpenEntries;
+    result.SavedDelayedSignals = m_pBaseData->DelayedSignals;
+}
+
+// Puts back the state saved when the live bar was first prepared and drops the
+// signals and round trips that the earlier evaluation recorded on this bar. Records
+// of later bars are passed over; the first record of an earlier bar ends each walk.
+void CSystemFuncs::RestoreLastBar() {
+    if (!InStrategy()) return;
+    CKelBaseData& data = *m_pBaseData;
+    CStrategyResult& result = *data.Result;
+    result.Figures = result.SavedFigures;
+    data.OpenEntries = result.SavedOpenEntries;
+    data.DelayedSignals = result.SavedDelayedSignals;
+
+    const int32_t bar = data.CurrentBar;
+    for (size_t i = data.SignalHistory.size(); i > 0; --i) {
+        const int32_t signalBar = data.SignalHistory[i - 1].nBar;
+        if (signalBar < bar) break;
+        if (signalBar == bar) data.SignalHistory.pop_back();
+    }
+    for (size_t i = data.TradeList.size(); i > 0; --i) {
+        const int32_t exitBar = data.TradeList[i - 1].nExitBar;
+        if (exitBar < bar) break;
+        if (exitBar == bar) data.TradeList.pop_back();
+    }
+}
+
+// Settles what bar t - 1 left behind before the formula runs for bar t.
+void CSystemFuncs::PrepareNormalBar() {
+    CKelBaseData& data = *m_pBaseData;
+    CStrategyResult& result = *data.Result;
+    const int32_t bar = data.CurrentBar;
+    const int32_t previous = WrappingSub(bar, 1);
+
+    DetectNewDay();
+    FollowPreviousBarExcursion();
+    if (data.PerformanceMode == 2) RecordPreviousBarEquity();
+
+    PositionSnapshot snapshot = PreviousBarSnapshot();
+    std::vector<PositionSnapshot>& snapshots = result.PositionSnapshots;
+    if (snapshots.size() >= static_cast<uint32_t>(bar))
+        snapshots[static_cast<uint32_t>(previous)] = snapshot;
+    else
+        snapshots.push_back(snapshot);
+
+    RunDelayedSignals();
+
+    if (static_cast<uint32_t>(bar) < data.BarTexts.size())
+        data.BarTexts[static_cast<uint32_t>(bar)].clear();
+}
+
+// Only the day of the month is compared: two bars a whole number of months apart on
+// the same day of the month stay in one trading day.
+void CSystemFuncs::DetectNewDay() {
+    CStrategyResult& result = *m_pBaseData->Result;
+    const int64_t now = MainBarTime(m_pBaseData->CurrentBar);
+    ffplatform::LocalTime start, current;
+    const bool known = Derived().LocalDays.ToLocal(result.DayStartTime / 1000, start) &&
+                       Derived().LocalDays.ToLocal(now / 1000, current);
+    if (known && start.day != current.day) {
+        result.DayStartTime = now;
+        result.NewDay = true;
+    } else {
+        result.NewDay = false;
+    }
+}
+
+// Raises the open position's best and lowers its worst excursion with the previous
+// bar's range, then liquidates the position when its equity at the previous close no
+// longer covers the margin. The forced exit is booked on the previous bar.
+void CSystemFuncs::FollowPreviousBarExcursion() {
+    CKelBaseData& data = *m_pBaseData;
+    PositionFigures& figures = data.Result->Figures;
+    const double contracts = CurrentContracts();
+    if (IsFlatContracts(contracts)) {
+        figures.MaxPositionProfitMark = 0.0;
+        figures.MaxPositionLossMark = 0.0;
+        return;
+    }
+    const double high = RealHigh(1);
+    const double low = RealLow(1);
+    const double close = MainBarClose(WrappingSub(data.CurrentBar, 1));
+    const double average = AvgEntryPrice();
+    const double lots = std::fabs(contracts);
+    const bool isLong = IsLongContracts(contracts);
+
+    const double margin = GetRequiredMargin(lots, close);
+    const double best = GetProfitLoss(isLong, average, isLong ? high : low) * lots;
+    double worst = GetProfitLoss(isLong, average, isLong ? low : high) * lots;
+    const double open = GetProfitLoss(isLong, average, close) * lots;
+    if (best >= figures.MaxPositionProfitMark) figures.MaxPositionProfitMark = best;
+    if (worst <= figures.MaxPositionLossMark) figures.MaxPositionLossMark = worst;
+
+    const double equity = open + figures.Capital;
+    if (equity - margin >= 0.0) return;
+    const double price = GetMarginCallPrice(equity, average, contracts);
+    CloseOnPreviousBar(price);
+    worst = GetProfitLoss(isLong, average, price) * lots;
+    if (worst < figures.MaxPositionLossMark) figures.MaxPositionLossMark = worst;
+}
+
+// Closes the whole position at the price with the exit booked on the bar before the
+// current one.
+void CSystemFuncs::CloseOnPreviousBar(double price) {
+    const int32_t bar = m_pBaseData->CurrentBar;
+    m_pBaseData->CurrentBar = WrappingSub(bar, 1);
+    ClosePosition(price);
+    m_pBaseData->CurrentBar = bar;
+}
+
+// Statistics mode 2 keeps an equity record for every earlier bar that held a position
+// or closed a round trip.
+//
+// A flat bar is charged, per round trip closed on it, the exit side unless the close
+// is free, and the entry side when the trip also opened on that bar and both sides
+// are charged. A bar in a position is charged every signal it executed exactly as the
+// signal's round trips are charged: an entry its entry side (nothing when only the
+// exit side is charged), whether or not it is still open; an exit, per round trip it
+// closed, the exit side unless FreeCommission makes that trip's close free. Each side
+// is valued with the instrument of the entry, as a round trip is. The two rules agree
+// on a bar whose entries were all closed on it.
+void CSystemFuncs::RecordPreviousBarEquity() {
+    CKelBaseData& data = *m_pBaseData;
+    CStrategyResult& result = *data.Result;
+    const double capital = result.Figures.Capital;
+    const int32_t previous = WrappingSub(data.CurrentBar, 1);
+    const int64_t time = MainBarTime(previous);
+    const double contracts = CurrentContracts();
+
+    if (IsFlatContracts(contracts)) {
+        double commission = 0.0;
+        bool closed = false;
+        for (size_t i = data.TradeList.size(); i > 0; --i) {
+            const tagTradeList& trip = data.TradeList[i - 1];
+            if (trip.nExitBar != previous) break;
+            closed = true;
+            ++result.BarsInMarket;
+            if (!FreeCommission(trip.nEntryBar, trip.nExitBar))
+                commission += GetCommission(trip.dLots, trip.dExitPrice);
+            if (trip.nEntryBar == previous && !SingleCommission())
+                commission += GetCommission(trip.dLots, trip.dEntryPrice);
+        }
+        if (!closed) return;
+        result.EquityHistory.push_back({previous, time, 0.0, capital, capital, commission, capital});
+        TrackEquity(capital, time);
+        return;
+    }
+
+    ++result.BarsInMarket;
+    const double close = MainBarClose(previous);
+    const double lots = std::fabs(contracts);
+    const double margin = GetRequiredMargin(lots, close);
+    const double open = GetProfitLoss(IsLongContracts(contracts), AvgEntryPrice(), close) * lots;
+    const double free = capital - margin + open;
+    const double equity = free + margin;
+    const double commission = PreviousBarCommission(previous);
+    result.EquityHistory.push_back({previous, time, margin, free, equity, commission, capital});
+    TrackEquity(equity, time);
+}
+
+// The commission of the signals executed on the bar, by the rule above.
+double CSystemFuncs::PreviousBarCommission(int32_t bar) {
+    CKelBaseData& data = *m_pBaseData;
+    const int32_t savedIndex = data.DataIndex;
+    double commission = 0.0;
+    if (!SingleCommission()) {
+        for (size_t i = data.SignalHistory.size(); i > 0; --i) {
+            const tagTradeSignal& signal = data.SignalHistory[i - 1];
+            if (signal.nBar != bar) break;
+            if (signal.nType != kBuy && signal.nType != kSellShort) continue;
+            data.DataIndex = signal.nDataIndex;
+            commission += GetCommission(signal.dLots, signal.dPrice);
+        }
+    }
+    for (size_t i = data.TradeList.size(); i > 0; --i) {
+        const tagTradeList& trip = data.TradeList[i - 1];
+        if (trip.nExitBar != bar) break;
+        if (FreeCommission(trip.nEntryBar, trip.nExitBar)) continue;
+        data.DataIndex = trip.nEntryDataIndex;
+        commission += GetCommission(trip.dLots, trip.dExitPrice);
+    }
+    data.DataIndex = savedIndex;
+    return commission;
+}
+
+// Follows the lowest equity and the highest since it, the highest and the lowest
+// since that, the largest drawdown between them, and the extremes of the run.
+void CSystemFuncs::TrackEquity(double equity, int64_t time) {
+    CStrategyResult& result = *m_pBaseData->Result;
+    if (result.TroughEquity > equity) {
+        result.TroughEquity = equity;
+        result.PeakAfterTrough = 0.0;
+    }
+    if (result.PeakAfterTrough < equity) {
+        result.PeakAfterTrough = equity;
+        result.PeakAfterTroughTime = time;
+    }
+    if (result.DrawDownTrough > equity) result.DrawDownTrough = equity;
+    if (result.DrawDownPeak >= equity) {
+        const double drawDown = result.DrawDownPeak - result.DrawDownTrough;
+        if (drawDown > result.MaxDrawDown) {
+            result.MaxDrawDown = drawDown;
+            result.MaxDrawDownTime = time;
+        }
+    } else {
+        result.DrawDownPeak = equity;
+        result.DrawDownTrough = equity;
+    }
+    if (result.HighestEquity < equity) result.HighestEquity = equity;
+    if (result.LowestEquity > equity) result.LowestEquity = equity;
+}
+
+// The position as the previous bar closed, valued at that bar's close.
+PositionSnapshot CSystemFuncs::PreviousBarSnapshot() {
+    PositionSnapshot snapshot;
+    const double contracts = CurrentContracts();
+    snapshot.dAvgEntryPrice = AvgEntryPrice();
+    snapshot.dCurrentContracts = contracts;
+    snapshot.nMarketPosition = MarketPosition();
+    snapshot.dCloseEquity = NetProfit();
+    double open = 0.0;
+    if (!IsFlatContracts(contracts)) {
+        const double close = MainBarClose(WrappingSub(m_pBaseData->CurrentBar, 1));
+        open = GetProfitLoss(IsLongContracts(contracts), snapshot.dAvgEntryPrice, close) *
+               std::fabs(contracts);
+    }
+    snapshot.dOpenEquity = snapshot.dCloseEquity + open;
+    return snapshot;
+}
+
+// Closing the whole position goes first, whatever the order of the list. The open
+// entries that close leaves, and the other signals, are what RestoreLastBar puts back
+// on the live bar.
+void CSystemFuncs::RunDelayedSignals() {
+    CKelBaseData& data = *m_pBaseData;
+    CStrategyResult& result = *data.Result;
+    for (size_t i = 0; i < data.DelayedSignals.size(); ++i) {
+        if (data.DelayedSignals[i].nType == kCloseAll) HandleDelaySignal(data.DelayedSignals[i]);
+    }
+    result.SavedOpenEntries = data.OpenEntries;
+    result.SavedDelayedSignals.clear();
+    for (size_t i = 0; i < data.DelayedSignals.size(); ++i) {
+        if (data.DelayedSignals[i].nType == kCloseAll) continue;
+        const tagTradeSignal signal = data.DelayedSignals[i];
+        HandleDelaySignal(signal);
+        result.SavedDelayedSignals.push_back(signal);
+    }
+    data.DelayedSignals.clear();
+}
+
+// Time and close of a bar of the main data stream; 0 and the invalid number for a
+// bar that does not exist.
+int64_t CSystemFuncs::MainBarTime(int32_t bar) {
+    if (m_pBaseData == nullptr || m_pBaseData->DataStreams.empty()) return 0;
+    const std::vector<BarRecord>& bars = m_pBaseData->DataStreams[0].Bars;
+    if (static_cast<uint32_t>(bar) >= bars.size()) return 0;
+    return bars[static_cast<uint32_t>(bar)].time;
+}
+
+double CSystemFuncs::MainBarClose(int32_t bar) {
+    if (m_pBaseData == nullptr || m_pBaseData->DataStreams.empty()) return kInvalidNumber;
+    const std::vector<BarRecord>& bars = m_pBaseData->DataStreams[0].Bars;
+    if (static_cast<uint32_t>(bar) >= bars.size()) return kInvalidNumber;
+    return bars[static_cast<uint32_t>(bar)].close;
+}

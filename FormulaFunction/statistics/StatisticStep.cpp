@@ -1,0 +1,225 @@
+// The statistics step the host runs after each bar of a trading strategy: the open
+// position's excursions and margin call, the close-out at the end of a run, the
+// per-bar position series, and the figures of the selected statistics mode.
+#include "FormulaFunction/FormulaFunction.h"
+
+#include <cmath>
+
+#include "FormulaFunction/DerivedCaches.h"
+#include "FormulaFunction/trading/TradingRules.h"
+
+using namespace fftrading;
+
+namespace {
+
+bool SameTrade(const tagTradeList& a, const tagTradeList& b) {
+    return a.nEntryType == b.nEntryType && a.nExitType == b.nExitType &&
+           a.nEntryBar == b.nEntryBar && a.nExitBar == b.nExitBar &&
+           a.nEntrySource == b.nEntrySource && a.nExitSource == b.nExitSource &&
+           a.nEntryDataIndex == b.nEntryDataIndex && a.nExitDataIndex == b.nExitDataIndex &&
+           a.dLots == b.dLots && a.dEntryPrice == b.dEntryPrice && a.dExitPrice == b.dExitPrice;
+}
+
+RunningSummary::CommissionSettings CommissionSettingsOf(const CKelBaseData& data) {
+    return {data.CommissionType, data.CommissionValue, data.SingleSideCommission,
+            data.FreeCloseToday};
+}
+
+// The sums still describe the start of TradeList when the list is at least as long
+// as what was walked, its last walked round trip is unchanged, and the commission
+// settings are those the sums were taken with.
+bool SummaryStillHolds(const RunningSummary& run, const CKelBaseData& data) {
+    const std::vector<tagTradeList>& trades = data.TradeList;
+    if (run.walked > trades.size()) return false;
+    if (run.walked > 0 && !SameTrade(trades[run.walked - 1], run.lastWalked)) return false;
+    const RunningSummary::CommissionSettings now = CommissionSettingsOf(data);
+    return now.type == run.settings.type && now.value == run.settings.value &&
+           now.singleSide == run.settings.singleSide && now.freeToday == run.settings.freeToday;
+}
+
+}  // namespace
+
+void CSystemFuncs::CalStatistic() {
+    if (!InStrategy()) return;
+    CKelBaseData& data = *m_pBaseData;
+    FollowBarExcursion();
+    if ((data.PerformanceMode == 1 || data.PerformanceMode == 2) && data.LastBarOfRun)
+        ClosePosition(Close());
+    RecordBarPosition();
+    if (data.PerformanceMode == 1)
+        SummarizeTrades();
+    else if (data.PerformanceMode == 2)
+        RecordBarEquity();
+}
+
+// Follows the open position's best and worst result within the current bar. When the
+// capital with the worst result no longer covers the margin valued at that same price,
+// the position is closed, booked on the previous bar, at the price where it has lost
+// what the capital holds above that margin.
+void CSystemFuncs::FollowBarExcursion() {
+    PositionFigures& figures = m_pBaseData->Result->Figures;
+    const double contracts = CurrentContracts();
+    if (std::fabs(contracts) <= kTolerance) return;
+    const bool isLong = IsLongContracts(contracts);
+    const double lots = std::fabs(contracts);
+    const double average = AvgEntryPrice();
+    const double high = RealHigh(0);
+    const double low = RealLow(0);
+    const double favourable = isLong ? high : low;
+    const double adverse = isLong ? low : high;
+
+    const double margin = GetRequiredMargin(lots, adverse);
+    const double best = GetProfitLoss(isLong, average, favourable) * lots;
+    const double worst = GetProfitLoss(isLong, average, adverse) * lots;
+    if (best > figures.MaxPositionProfitMark) figures.MaxPositionProfitMark = best;
+    if (worst < figures.MaxPositionLossMark) figures.MaxPositionLossMark = worst;
+
+    if (figures.Capital + worst - margin >= -kTolerance) return;
+    const double price = GetMarginCallPrice(figures.Capital - margin, average, contracts);
+    CloseOnPreviousBar(price);
+    const double atCall = GetProfitLoss(isLong, average, price) * lots;
+    if (atCall < figures.MaxPositionLossMark) figures.MaxPositionLossMark = atCall;
+}
+
+// The position at the end of the current bar; the record of a bar evaluated again is
+// overwritten.
+void CSystemFuncs::RecordBarPosition() {
+    const int32_t bar = m_pBaseData->CurrentBar;
+    if (bar < 0) return;
+    BarPosition record;
+    record.dContracts = CurrentContracts();
+    record.dAvgEntryPrice = AvgEntryPrice();
+    record.nMarketPosition = MarketPosition();
+    record.dNetProfit = NetProfit();
+    record.dEquity = record.dNetProfit + PositionProfit();
+    std::vector<BarPosition>& series = m_pBaseData->Result->PositionSeries;
+    if (series.size() < static_cast<size_t>(bar) + 1)
+        series.push_back(record);
+    else
+        series[static_cast<size_t>(bar)] = record;
+}
+
+// Statistics mode 1: the summary of all round trips, classified with the tolerant
+// evaluation, with bars held counted inclusively. The sums over the round trips
+// already seen are kept, and folded in again from the first when TradeList no longer
+// begins with them.
+void CSystemFuncs::SummarizeTrades() {
+    const std::vector<tagTradeList>& trades = m_pBaseData->TradeList;
+    RunningSummary& run = Derived().Summary;
+    if (!SummaryStillHolds(run, *m_pBaseData)) {
+        run.Reset();
+        run.settings = CommissionSettingsOf(*m_pBaseData);
+    }
+    for (size_t i = run.walked; i < trades.size(); ++i) {
+        const tagTradeList trade = trades[i];
+        double net = 0.0, commission = 0.0;
+        const int32_t result = CalcTradeList(trade, net, commission);
+        const int32_t bars = trade.nExitBar - trade.nEntryBar + 1;
+        if (result > 0) {
+            run.grossProfit += net;
+            ++run.winners;
+            run.barsWinners += bars;
+            if (net > run.largestWinner) run.largestWinner = net;
+        } else if (result < 0) {
+            run.grossLoss += net;
+            ++run.losers;
+            run.barsLosers += bars;
+            if (net < run.largestLoser) run.largestLoser = net;
+        } else {
+            ++run.evenTrades;
+            run.barsEven += bars;
+        }
+        run.sumOfSquares += net * net;
+        run.walked = i + 1;
+        run.lastWalked = trade;
+    }
+
+    SummaryFigures& summary = m_pBaseData->Result->Summary;
+    summary = SummaryFigures();
+    summary.nMaxConsecWinners = MaxConsecWinners();
+    summary.nMaxConsecLosers = MaxConsecLosers();
+    summary.dLargestPosition = MaxContractsHeld();
+    summary.dMaxIDDrawDown = MaxIDDrawDown();
+    summary.dGrossProfit = run.grossProfit;
+    summary.dGrossLoss = run.grossLoss;
+    summary.nWinners = run.winners;
+    summary.nEvenTrades = run.evenTrades;
+    summary.nLosers = run.losers;
+    summary.nBarsWinners = run.barsWinners;
+    summary.nBarsEven = run.barsEven;
+    summary.nBarsLosers = run.barsLosers;
+    summary.dLargestWinner = run.largestWinner;
+    summary.dLargestLoser = run.largestLoser;
+    const double n = static_cast<double>(trades.size());
+    if (trades.size() >= 2) {
+        const double total = run.grossProfit + run.grossLoss;
+        summary.dStdDev = std::sqrt((run.sumOfSquares - total * total / n) / (n - 1));
+    }
+}
+
+// Statistics mode 2: one equity record per bar, valued at the bar's close, with the
+// extremes of the equity, the bars in a position and the largest margins in use. A
+// bar evaluated again overwrites its record and is not counted twice.
+void CSystemFuncs::RecordBarEquity() {
+    CKelBaseData& data = *m_pBaseData;
+    CStrategyResult& result = *data.Result;
+    const int32_t bar = data.CurrentBar;
+    const double capital = result.Figures.Capital;
+    const double contracts = CurrentContracts();
+    const bool inPosition = !IsFlatContracts(contracts);
+    std::vector<BarEquity>& list = result.BarEquityList;
+    const bool again = !list.empty() && list.back().nBar == bar;
+
+    BarEquity record;
+    record.nBar = bar;
+    ffplatform::LocalTime local;
+    if (Derived().LocalDays.ToLocal(MainBarTime(bar) / 1000, local)) {
+        record.nDate = local.year * 10000 + local.month * 100 + local.day;
+        record.nTime = local.hour * 10000 + local.minute * 100 + local.second;
+    }
+    double margin = 0.0, open = 0.0;
+    if (inPosition) {
+        if (!again) ++result.nBarsWithPosition;
+        const double close = Close();
+        const double lots = std::fabs(contracts);
+        margin = GetRequiredMargin(lots, close);
+        open = GetProfitLoss(IsLongContracts(contracts), AvgEntryPrice(), close) * lots;
+        if (margin > result.dLargestMargin) result.dLargestMargin = margin;
+        double& side = IsLongContracts(contracts) ? result.dLargestLongMargin
+                                                  : result.dLargestShortMargin;
+        if (margin > side) side = margin;
+    }
+    record.dMargin = margin;
+    record.dAvailable = capital - margin + open;
+    record.dEquity = record.dAvailable + margin;
+    record.dCommission = BarCommission(bar);
+    record.dCapital = capital;
+    if (again)
+        list.back() = record;
+    else
+        list.push_back(record);
+
+    if (record.dEquity < result.dLowestBarEquity) result.dLowestBarEquity = record.dEquity;
+    if (record.dEquity > result.dHighestBarEquity) {
+        result.dHighestBarEquity = record.dEquity;
+        result.nHighestEquityDate = record.nDate;
+        result.nHighestEquityTime = record.nTime;
+    }
+}
+
+// The commission of the round trips closed on the bar, newest first: the exit side
+// unless the close is free, and the entry side too when the trip opened on the bar and
+// both sides are charged.
+double CSystemFuncs::BarCommission(int32_t bar) {
+    const std::vector<tagTradeList>& trades = m_pBaseData->TradeList;
+    double commission = 0.0;
+    for (size_t i = trades.size(); i > 0; --i) {
+        const tagTradeList& trip = trades[i - 1];
+        if (trip.nExitBar != bar) break;
+        if (!FreeCommission(trip.nEntryBar, trip.nExitBar))
+            commission += GetCommission(trip.dLots, trip.dExitPrice);
+        if (trip.nEntryBar == bar && !SingleCommission())
+            commission += GetCommission(trip.dLots, trip.dEntryPrice);
+    }
+    return commission;
+}

@@ -1,0 +1,144 @@
+// Money arithmetic of the simulated trading engine: the profit of a price move, the
+// margin a position ties up, the price at which a money amount is reached, the
+// commission of one side and of a round trip, and the classification of round trips.
+// Every figure follows the margin mode of the instrument the formula trades.
+#include "FormulaFunction/FormulaFunction.h"
+
+#include <cmath>
+
+#include "FormulaFunction/trading/TradingRules.h"
+
+using namespace fftrading;
+
+namespace {
+
+// Margin modes: 1 the contract is worth ContractSize x price; 2 and 3 a fixed amount
+// per contract; 4 ContractUnit x BigPointValue x price. Any other mode has no value.
+bool IsFixedValueMode(int32_t mode) { return mode == 2 || mode == 3; }
+
+}  // namespace
+
+// Profit of one contract moved from the entry price to the price; in the fixed-value
+// modes the move is converted at the price it ended at.
+double CSystemFuncs::GetProfitLoss(bool isLong, double entryPrice, double price) {
+    if (m_pBaseData == nullptr) return 0.0;
+    const double move = isLong ? price - entryPrice : entryPrice - price;
+    const int32_t mode = MarginMode();
+    if (mode == 1) return ContractSize() * move;
+    if (IsFixedValueMode(mode)) return ContractSize() * move / price;
+    if (mode == 4) return ContractUnit() * BigPointValue() * move;
+    return 0.0;
+}
+
+// The price scale is fetched like the other properties of the instrument although
+// the margin does not depend on it.
+double CSystemFuncs::GetRequiredMargin(double lots, double price) {
+    if (m_pBaseData == nullptr) return 0.0;
+    const int32_t mode = MarginMode();
+    (void)PriceScale();
+    if (mode == 1) return ContractSize() * m_pBaseData->MarginRate * lots * price;
+    if (IsFixedValueMode(mode)) return ContractSize() * m_pBaseData->MarginRate * lots;
+    if (mode == 4) return ContractUnit() * MarginRatio() * BigPointValue() * lots * price;
+    return 0.0;
+}
+
+// The price at which a position of the signed size has lost the amount (a negative
+// amount: gained it), rounded to the tick away from the position's favour: down for
+// a long, up for a short. With no contracts or a margin mode that gives no value the
+// entry price itself, rounded down, is the answer.
+double CSystemFuncs::GetMarginCallPrice(double amount, double entryPrice, double contracts) {
+    if (m_pBaseData == nullptr) return entryPrice;
+    const int32_t mode = MarginMode();
+    double price = entryPrice;
+    if (contracts != 0.0 && (mode == 1 || IsFixedValueMode(mode) || mode == 4)) {
+        const double perPoint = mode == 4 ? ContractUnit() * BigPointValue() : ContractSize();
+        if (IsFixedValueMode(mode))
+            price = entryPrice / (amount / (perPoint * contracts) + 1);
+        else
+            price = entryPrice - amount / (perPoint * contracts);
+        GetValidPrice(contracts < 0.0, price);
+        return price;
+    }
+    GetValidPrice(false, price);
+    return price;
+}
+
+// Commission of one side. Type 1 counts whole ticks per contract (the price-valued
+// mode 1 is charged on the price as well), type 2 is a rate in ten-thousandths of the
+// traded value, and any other type is money per contract.
+double CSystemFuncs::GetCommission(double lots, double price) {
+    if (m_pBaseData == nullptr) return 0.0;
+    const double value = m_pBaseData->CommissionValue;
+    if (m_pBaseData->CommissionType == 1) {
+        const double ticks = std::trunc(value);
+        const int32_t mode = MarginMode();
+        if (mode == 1)
+            return ticks * MinMove() * PriceScale() * ContractSize() * lots * price;
+        if (IsFixedValueMode(mode))
+            return ticks * MinMove() * PriceScale() * ContractSize() * lots;
+        if (mode == 4)
+            return ticks * MinMove() * ContractUnit() * PriceScale() * BigPointValue() * lots;
+        return 0.0;
+    }
+    if (m_pBaseData->CommissionType == 2)
+        return ContractUnit() * BigPointValue() * (value * 0.0001) * lots * price;
+    return lots * value;
+}
+
+// Both sides of a round trip, less the entry side when only exits are charged and
+// less the exit side when the round trip is a free same-day close.
+double CSystemFuncs::GetDoubleCommission(const tagTradeList& trade) {
+    const double entrySide =
+        SingleCommission() ? 0.0 : GetCommission(trade.dLots, trade.dEntryPrice);
+    if (FreeCommission(trade.nEntryBar, trade.nExitBar)) return entrySide;
+    return entrySide + GetCommission(trade.dLots, trade.dExitPrice);
+}
+
+bool CSystemFuncs::SingleCommission() {
+    return m_pBaseData != nullptr && m_pBaseData->SingleSideCommission;
+}
+
+// The exit side is free when the round trip opened and closed on the same local
+// calendar day of the main stream. Two unknown bars (-1) count as the same day; a bar
+// that does not exist proves nothing, so the exit is charged.
+bool CSystemFuncs::FreeCommission(int32_t entryBar, int32_t exitBar) {
+    if (m_pBaseData == nullptr || !m_pBaseData->FreeCloseToday) return false;
+    if (entryBar == -1 && exitBar == -1) return true;
+    int32_t entryDate = 0, exitDate = 0;
+    double entryTime = 0.0, exitTime = 0.0;
+    if (!BarDateTime(entryBar, entryDate, entryTime)) return false;
+    if (!BarDateTime(exitBar, exitDate, exitTime)) return false;
+    return entryDate == exitDate;
+}
+
+double CSystemFuncs::GetSpread() { return Spread() * PriceScale(); }
+
+// Net result of a round trip, worked out with the properties of the stream it was
+// entered on. The exact form tells winners from losers by the sign alone.
+int32_t CSystemFuncs::CalcTradeList(const tagTradeList& trade) {
+    double net = 0.0, commission = 0.0;
+    CalcTradeList(trade, net, commission);
+    if (net > 0.0) return 1;
+    if (net == 0.0) return 0;
+    return -1;
+}
+
+// The valued form counts a net within the tolerance as even.
+int32_t CSystemFuncs::CalcTradeList(const tagTradeList& trade, double& net, double& commission) {
+    net = 0.0;
+    commission = 0.0;
+    if (m_pBaseData == nullptr) return 0;
+    const int32_t savedIndex = m_pBaseData->DataIndex;
+    m_pBaseData->DataIndex = trade.nEntryDataIndex;
+    commission = GetDoubleCommission(trade);
+    double gross = 0.0;
+    if (trade.nEntryType == kBuy)
+        gross = GetProfitLoss(true, trade.dEntryPrice, trade.dExitPrice) * trade.dLots;
+    else if (trade.nEntryType == kSellShort)
+        gross = GetProfitLoss(false, trade.dEntryPrice, trade.dExitPrice) * trade.dLots;
+    net = gross - commission;
+    m_pBaseData->DataIndex = savedIndex;
+    if (net > kTolerance) return 1;
+    if (net >= -kTolerance) return 0;
+    return -1;
+}

@@ -1,0 +1,97 @@
+// Cost per bar of a whole strategy run: PrepareBar, a formula body that trades, and
+// CalStatistic, over 1,000,000 synthetic bars in statistics modes 1 and 2. The body
+// opens a position every `spacing` bars and closes it half-way, so the runs end with
+// 100 or 10,000 round trips; the cost per bar should not depend on that number.
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+
+#include "FormulaFunction/FormulaFunction.h"
+
+namespace {
+
+tagKelDataType Integer(int32_t v) {
+    tagKelDataType t;
+    t.nType = KelInteger;
+    t.nValue = v;
+    return t;
+}
+
+tagKelDataType Double(double v) {
+    tagKelDataType t;
+    t.nType = KelDouble;
+    t.dValue = v;
+    return t;
+}
+
+constexpr int32_t kBars = 1000000;
+
+void BM_StrategyRun(benchmark::State& state) {
+    const int32_t mode = static_cast<int32_t>(state.range(0));
+    const int32_t trades = static_cast<int32_t>(state.range(1));
+    const int32_t spacing = kBars / trades;
+    CKelBaseData data{};
+    CStrategyResult result{};
+    data.FormulaKind = 7;
+    data.Result = &result;
+    data.InitialCapital = 100000000;
+    data.MaxOpenEntries = 1;
+    data.MaxPositionContracts = 100;
+    data.MarginRate = 0.1;
+    data.TradeSizeValue = 1;
+    data.CommissionValue = 2;
+    data.PerformanceMode = mode;
+    data.DataStreams.resize(1);
+    const int64_t start = 1262304000000LL;  // 2010-01-01 00:00 UTC
+    uint32_t seed = 12345;
+    double price = 3000;
+    for (int32_t i = 0; i < kBars; ++i) {
+        seed = seed * 1103515245u + 12345u;
+        price += static_cast<double>((seed >> 16) % 11) - 5.0;
+        if (price < 100) price = 100;
+        BarRecord bar;
+        bar.time = start + i * 60000LL;
+        bar.open = price;
+        bar.high = price + 4;
+        bar.low = price - 4;
+        bar.close = price + 1;
+        data.DataStreams[0].Bars.push_back(bar);
+    }
+    CSystemFuncs funcs(&data);
+    funcs.PropertyCache["Data0.MarginMode"] = Integer(4);
+    funcs.PropertyCache["Data0.MinMove"] = Integer(1);
+    funcs.PropertyCache["Data0.PriceScale"] = Double(1);
+    funcs.PropertyCache["Data0.ContractSize"] = Double(1);
+    funcs.PropertyCache["Data0.ContractUnit"] = Integer(10);
+    funcs.PropertyCache["Data0.BigPointValue"] = Double(1);
+    funcs.PropertyCache["Data0.MarginRatio"] = Double(0.1);
+    funcs.PropertyCache["Data0.MaxSingleTradeSize"] = Integer(0);
+    funcs.PropertyCache["Data0.BarType"] = Integer(0);
+    funcs.PropertyCache["Data0.BarInterval"] = Integer(1);
+
+    for (auto _ : state) {
+        for (int32_t bar = 0; bar < kBars; ++bar) {
+            data.CurrentBar = bar;
+            data.LastBarOfRun = bar == kBars - 1;
+            funcs.PrepareBar();
+            const int32_t phase = bar % spacing;
+            if (phase == 1) funcs.Buy(1, 0, false);
+            if (phase == spacing / 2) funcs.Sell(0, 0, false);
+            funcs.CalStatistic();
+        }
+        benchmark::DoNotOptimize(result.Figures.Capital);
+    }
+    state.counters["trades"] = static_cast<double>(data.TradeList.size());
+    state.counters["bars/s"] = benchmark::Counter(static_cast<double>(kBars) * state.iterations(),
+                                                  benchmark::Counter::kIsRate);
+}
+
+BENCHMARK(BM_StrategyRun)
+    ->Args({1, 100})
+    ->Args({1, 10000})
+    ->Args({2, 100})
+    ->Args({2, 10000})
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
+
+}  // namespace
