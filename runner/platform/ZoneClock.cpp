@@ -6,6 +6,7 @@
 
 #include <cctype>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <fstream>
 
@@ -14,9 +15,26 @@
 namespace ffrunner {
 namespace {
 
+#if defined(_WIN32)
+// The Windows C library reads only POSIX-style rules from TZ, so the zone names the
+// tools are most often given are spelled that way there.
+const char* SystemSpelling(const char* zone) {
+    static const char* const kRules[][2] = {
+        {"Asia/Shanghai", "CST-8"},       {"Asia/Hong_Kong", "HKT-8"},
+        {"Asia/Singapore", "SGT-8"},      {"Asia/Tokyo", "JST-9"},
+        {"America/New_York", "EST5EDT"},  {"America/Chicago", "CST6CDT"},
+        {"Europe/London", "GMT0BST"},     {"UTC", "UTC0"},
+    };
+    for (const auto& rule : kRules) {
+        if (std::strcmp(zone, rule[0]) == 0) return rule[1];
+    }
+    return zone;
+}
+#endif
+
 void ApplyZone(const char* value) {
 #if defined(_WIN32)
-    _putenv_s("TZ", value);
+    _putenv_s("TZ", SystemSpelling(value));
     _tzset();
 #else
     setenv("TZ", value, 1);
@@ -56,7 +74,7 @@ bool ZoneIsKnown(const std::string& zone) {
     if (zone.empty()) return true;
     if (LooksLikePosixRule(zone)) return true;
 #if defined(_WIN32)
-    return false;
+    return std::strcmp(SystemSpelling(zone.c_str()), zone.c_str()) != 0;
 #else
     if (zone.find("..") != std::string::npos) return false;
     const char* dir = std::getenv("TZDIR");
