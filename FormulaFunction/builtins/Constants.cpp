@@ -9,7 +9,7 @@
 namespace {
 
 // The one process-wide invalid text that InvalidString hands out copies of.
-const std::string g_strInvalidString(ffbuiltins::kInvalidText);
+const std::string g_strInvalidString(ffbuiltins::kInvalidString);
 
 }  // namespace
 

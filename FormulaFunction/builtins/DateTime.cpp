@@ -13,7 +13,7 @@ using ffbuiltins::CalendarDate;
 using ffbuiltins::DateValue;
 using ffbuiltins::kInvalidInteger;
 using ffbuiltins::kInvalidNumeric;
-using ffbuiltins::kInvalidText;
+using ffbuiltins::kInvalidString;
 using ffbuiltins::ReadDecimalField;
 using ffbuiltins::TimeOfDayValue;
 using ffbuiltins::TruncateToInt32;
@@ -130,7 +130,7 @@ int32_t CSystemFuncs::DateDiff(int32_t date1, int32_t date2) {
 }
 
 std::string CSystemFuncs::DateToString(int32_t date) {
-    if (date == kInvalidInteger) return kInvalidText;
+    if (date == kInvalidInteger) return kInvalidString;
     CalendarDate parts = ffbuiltins::SplitDateValue(ffbuiltins::ScaleToEightDigits(date));
     ffbuiltins::ResetOverflowingParts(parts);
     char buffer[48];
@@ -142,7 +142,7 @@ std::string CSystemFuncs::DateToString(int32_t date) {
 // at 4-5, seconds in the last two characters. A value of 1 or more is read by the
 // same positions.
 std::string CSystemFuncs::TimeToString(double time) {
-    if (time == kInvalidNumeric) return kInvalidText;
+    if (time == kInvalidNumeric) return kInvalidString;
     char printed[512];  // the widest double with six decimals
     const int length = std::snprintf(printed, sizeof printed, "%.6f", time);
     const std::string text(printed, length > 0 ? static_cast<size_t>(length) : 0);
@@ -163,7 +163,7 @@ std::string CSystemFuncs::TimeToString(double time) {
 }
 
 std::string CSystemFuncs::DateTimeToString(double value) {
-    if (value == kInvalidNumeric) return kInvalidText;
+    if (value == kInvalidNumeric) return kInvalidString;
     return DateToString(IntPart(value)) + " " + TimeToString(FracPart(value));
 }
 

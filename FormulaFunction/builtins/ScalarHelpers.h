@@ -1,20 +1,20 @@
-// Helpers shared by the math, string, date and time built-ins: the invalid values,
-// the integer conversions as the processor performs them, the decimal field reader
-// of the text parsers, and the splitting of YYYYMMDD date values.
+// Helpers shared by the math, string, date and time built-ins: the integer
+// conversions as the processor performs them, the decimal field reader of the text
+// parsers, and the splitting of YYYYMMDD date values.
 #pragma once
 
-#include <cfloat>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
+#include "FormulaFunction/InvalidValues.h"
+
 namespace ffbuiltins {
 
-constexpr int32_t kInvalidInteger = 2147483647;
-constexpr double kInvalidNumeric = DBL_MAX;  // 1.7976931348623157e308
-constexpr char kInvalidText[] = "N/A";
-
-inline bool IsInvalidText(const std::string& s) { return s == kInvalidText; }
+using ff::IsInvalidText;
+using ff::kInvalidInteger;
+using ff::kInvalidNumeric;
+using ff::kInvalidString;
 
 // Reinterprets the low 32 bits as a signed value (two's complement wrap).
 inline int32_t WrapToInt32(uint32_t bits) { return static_cast<int32_t>(bits); }

@@ -11,7 +11,7 @@
 using ffbuiltins::IsInvalidText;
 using ffbuiltins::kInvalidInteger;
 using ffbuiltins::kInvalidNumeric;
-using ffbuiltins::kInvalidText;
+using ffbuiltins::kInvalidString;
 
 namespace {
 
@@ -73,19 +73,19 @@ bool CSystemFuncs::Exact(const std::string& a, const std::string& b) {
 }
 
 std::string CSystemFuncs::Upper(const std::string& s) {
-    if (IsInvalidText(s)) return kInvalidText;
+    if (IsInvalidText(s)) return kInvalidString;
     return ConvertCase(s, [](int c) { return std::toupper(c); });
 }
 
 std::string CSystemFuncs::Lower(const std::string& s) {
-    if (IsInvalidText(s)) return kInvalidText;
+    if (IsInvalidText(s)) return kInvalidString;
     return ConvertCase(s, [](int c) { return std::tolower(c); });
 }
 
 // Drops blanks at both ends and shrinks each inner run of blanks to one. Only the
 // blank (0x20) counts; tabs and line breaks are kept.
 std::string CSystemFuncs::Trim(const std::string& s) {
-    if (IsInvalidText(s)) return kInvalidText;
+    if (IsInvalidText(s)) return kInvalidString;
     std::string result;
     result.reserve(s.size());
     bool droppedBlank = false;
@@ -102,19 +102,19 @@ std::string CSystemFuncs::Trim(const std::string& s) {
 }
 
 std::string CSystemFuncs::Left(const std::string& s, int32_t n) {
-    if (IsInvalidText(s) || n == kInvalidInteger) return kInvalidText;
+    if (IsInvalidText(s) || n == kInvalidInteger) return kInvalidString;
     return s.substr(0, ClampCount(s.size(), n));
 }
 
 std::string CSystemFuncs::Right(const std::string& s, int32_t n) {
-    if (IsInvalidText(s) || n == kInvalidInteger) return kInvalidText;
+    if (IsInvalidText(s) || n == kInvalidInteger) return kInvalidString;
     const size_t count = ClampCount(s.size(), n);
     return s.substr(s.size() - count);
 }
 
 // A negative start counts as 0; a start at or past the end gives an empty text.
 std::string CSystemFuncs::Mid(const std::string& s, int32_t first, int32_t n) {
-    if (IsInvalidText(s) || first == kInvalidInteger || n == kInvalidInteger) return kInvalidText;
+    if (IsInvalidText(s) || first == kInvalidInteger || n == kInvalidInteger) return kInvalidString;
     const size_t start = first < 0 ? 0 : static_cast<size_t>(first);
     if (start >= s.size()) return std::string();
     return s.substr(start, ClampCount(s.size() - start, n));
@@ -141,7 +141,7 @@ double CSystemFuncs::Value(const std::string& s) {
 // anything else with four. The fraction is measured above the floor, so -2.25 has
 // the fraction 0.75 and prints as -2.2500.
 std::string CSystemFuncs::Text(double v) {
-    if (v == kInvalidNumeric) return kInvalidText;
+    if (v == kInvalidNumeric) return kInvalidString;
     char buffer[512];  // the widest double, 309 digits, with sign and four decimals
     std::snprintf(buffer, sizeof buffer, FracPart(v) < 0.00001 ? "%.f" : "%.4f", v);
     return buffer;

@@ -11,6 +11,6 @@ namespace ffoutput {
 
 constexpr int32_t kDefaultColour = -1;
 
-inline bool IsInvalidText(const std::string& text) { return text == ff::kInvalidString; }
+using ff::IsInvalidText;
 
 }  // namespace ffoutput

@@ -1,39 +1,17 @@
-// A fresh folder under the system's temporary folder for one test, removed with
-// everything in it when the test ends, and helpers to put and read raw bytes.
+// The temporary folder of the platform tests, and helpers to put and read raw bytes
+// with the C library alone.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <string>
+
+#include "support/TempFolder.h"
 
 namespace fftest {
 
-class TempDir {
-public:
-    TempDir() {
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        std::string name = "ff_platform_";
-        if (info != nullptr) name += std::string(info->test_suite_name()) + "_" + info->name();
-        path_ = std::filesystem::temp_directory_path() / name;
-        std::filesystem::remove_all(path_);
-        std::filesystem::create_directories(path_);
-    }
-    ~TempDir() {
-        std::error_code ec;
-        std::filesystem::remove_all(path_, ec);
-    }
-    TempDir(const TempDir&) = delete;
-    TempDir& operator=(const TempDir&) = delete;
-
-    // The full name of a file in the folder.
-    std::string File(const std::string& name) const { return (path_ / name).string(); }
-    const std::filesystem::path& Path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
+using TempDir = ::TempFolder;
 
 inline void PutBytes(const std::string& path, const std::string& bytes) {
     std::FILE* f = std::fopen(path.c_str(), "wb");

@@ -27,6 +27,9 @@ public:
     const std::filesystem::path& Path() const { return path_; }
     std::string String() const { return path_.string(); }
 
+    // The full name of the file `name` in the folder.
+    std::string File(const std::string& name) const { return (path_ / name).string(); }
+
     // Writes `bytes` to the file at `relative`, creating the folders on the way.
     std::string Write(const std::string& relative, const std::string& bytes) const {
         const std::filesystem::path file = path_ / relative;
