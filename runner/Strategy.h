@@ -2,9 +2,9 @@
 // evaluation of a bar and calls the built-in functions of the CSystemFuncs it is
 // handed (Close(), Buy(...), SetStopLoss(...), ...), as a compiled formula would.
 //
-// Strategies are built into the host (see StrategyCatalogue.h) or loaded at run time
-// from a shared library that exports the C entry points declared at the end of
-// this file.
+// Strategies are built into the host (see examples/strategies/StrategyCatalogue.h)
+// or loaded at run time from a shared library that exports the C entry points
+// declared at the end of this file.
 #pragma once
 
 #include <cstdint>
