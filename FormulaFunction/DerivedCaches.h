@@ -5,14 +5,12 @@
 
 #include "FormulaFunction/bars/LocalDayCache.h"
 #include "FormulaFunction/market/CachedValueSlots.h"
-#include "FormulaFunction/statistics/RunningSummary.h"
 #include "FormulaFunction/stops/BarStretchCache.h"
 #include "FormulaFunction/statistics/RunningTradeFigures.h"
 
 struct DerivedCaches {
     LocalDayCache LocalDays;
     CachedValueSlots Values;
-    RunningSummary Summary;
     BarStretchCache Stretches;
     RunningTradeFigures TradeFigures;
 };

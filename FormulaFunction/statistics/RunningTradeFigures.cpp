@@ -75,23 +75,33 @@ bool WalkedPrefix::Unchanged(const std::vector<tagTradeList>& trips) const {
     if (trips.size() < length) return false;
     if (length == 0) return true;
     if (!SameTrip(trips.front(), first)) return false;
-    const size_t start = length - tailCount;
-    for (size_t i = 0; i < tailCount; ++i)
+    const size_t start = length - tail.size();
+    for (size_t i = 0; i < tail.size(); ++i)
         if (!SameTrip(trips[start + i], tail[i])) return false;
     return true;
 }
 
+void WalkedPrefix::Clear() {
+    length = 0;
+    Figures = TradeListFigures();
+    tail.clear();
+}
+
 void WalkedPrefix::CopyEnds(const std::vector<tagTradeList>& trips, size_t end) {
-    tailCount = end < kTail ? end : kTail;
+    tail.clear();
     if (end == 0) return;
     first = trips.front();
-    const size_t start = end - tailCount;
-    for (size_t i = 0; i < tailCount; ++i) tail[i] = trips[start + i];
+    size_t start = end < kTail ? 0 : end - kTail;
+    const int32_t lastExitBar = trips[end - 1].nExitBar;
+    while (start > 0 && end - start < kLastExitBarLimit && trips[start - 1].nExitBar == lastExitBar)
+        --start;
+    tail.assign(trips.begin() + static_cast<std::ptrdiff_t>(start),
+                trips.begin() + static_cast<std::ptrdiff_t>(end));
 }
 
 void RunningTradeFigures::Restart(int32_t type, double value, bool single, bool freeToday) {
-    Walked = WalkedPrefix();
-    BeforeLastExitBar = WalkedPrefix();
+    Walked.Clear();
+    BeforeLastExitBar.Clear();
     ++restarts;
     instruments.clear();
     newestExistingBar = -1;

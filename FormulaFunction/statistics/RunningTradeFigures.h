@@ -14,8 +14,10 @@
 //
 // The check, precisely. A prefix of length n is kept when all of these hold:
 //  1. TradeList holds at least n round trips; its first round trip is, field for
-//     field and bit for bit, the one walked first; and its positions n-kTail to n-1
-//     (fewer when n is smaller) hold, bit for bit, the round trips walked there.
+//     field and bit for bit, the one walked first; and its last round trips before
+//     position n hold, bit for bit, the round trips walked there: the last kTail
+//     (fewer when n is smaller) and, beyond those, every one closed on the exit bar
+//     of round trip n-1, up to kLastExitBarLimit in all.
 //  2. CommissionType, CommissionValue (its bits), SingleSideCommission and
 //     FreeCloseToday are as they were.
 //  3. For every entry data index among the walked round trips, MarginMode,
@@ -31,20 +33,20 @@
 // again, which covers the shorter prefix too. FormulaKind and Result only decide
 // whether the functions answer at all; the figures do not depend on them.
 //
-// What the check does not see: a round trip replaced in the middle of a prefix
-// while its first one, its last kTail and the list's length allow it, and a change
-// to the time of a bar older than the newest one named. The library never does
-// either: it appends round trips, drops them from the end when the live bar is
-// restored (a replaced tail of up to kTail round trips is always seen), and empties
-// the list when a run starts again; the host appends bars and only the forming
-// last bar changes. The time zone is taken as fixed for the life of the object, as
+// What the check does not see: a round trip replaced in the middle of a prefix,
+// before the compared tail, while the first one and the list's length allow it,
+// and a change to the time of a bar older than the newest one named. The library
+// never does either: it appends round trips, drops them from the end when the live
+// bar is restored (only those closed on that bar, which the compared tail holds
+// whenever the exit bars do not decrease along the list), and empties the list when
+// a run starts again; the host appends bars and only the forming last bar changes. The time zone is taken as fixed for the life of the object, as
 // the local-day cache takes it.
 //
-// Checking costs a fixed number of comparisons plus six cached property reads per
-// data index traded, whatever the number of round trips.
+// Checking costs a bounded number of comparisons (those of the round trips closed
+// on the last exit bar, at most kLastExitBarLimit) plus six cached property reads
+// per data index traded, whatever the number of round trips.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -77,17 +79,22 @@ struct TradeListFigures {
 // The first `length` round trips as they were walked, with the figures of the walk.
 struct WalkedPrefix {
     static constexpr size_t kTail = 8;
+    static constexpr size_t kLastExitBarLimit = 1024;
 
     size_t length = 0;
     TradeListFigures Figures;
     tagTradeList first{};
-    std::array<tagTradeList, kTail> tail{};
-    size_t tailCount = 0;
+    std::vector<tagTradeList> tail;  // the round trips just before `length`
+
+    // Back to no round trips walked, keeping the room of the copies.
+    void Clear();
 
     // Rule 1 against a list of round trips.
     bool Unchanged(const std::vector<tagTradeList>& trips) const;
 
-    // Takes copies of the first round trip and of the last ones before `end`.
+    // Takes copies of the first round trip and of the last ones before `end`: at
+    // least kTail, and all those closed on the exit bar of the one before `end`.
+    // The copies reuse the room of earlier ones.
     void CopyEnds(const std::vector<tagTradeList>& trips, size_t end);
 };
 

@@ -10,35 +10,6 @@
 
 using namespace fftrading;
 
-namespace {
-
-bool SameTrade(const tagTradeList& a, const tagTradeList& b) {
-    return a.nEntryType == b.nEntryType && a.nExitType == b.nExitType &&
-           a.nEntryBar == b.nEntryBar && a.nExitBar == b.nExitBar &&
-           a.nEntrySource == b.nEntrySource && a.nExitSource == b.nExitSource &&
-           a.nEntryDataIndex == b.nEntryDataIndex && a.nExitDataIndex == b.nExitDataIndex &&
-           a.dLots == b.dLots && a.dEntryPrice == b.dEntryPrice && a.dExitPrice == b.dExitPrice;
-}
-
-RunningSummary::CommissionSettings CommissionSettingsOf(const CKelBaseData& data) {
-    return {data.CommissionType, data.CommissionValue, data.SingleSideCommission,
-            data.FreeCloseToday};
-}
-
-// The sums still describe the start of TradeList when the list is at least as long
-// as what was walked, its last walked round trip is unchanged, and the commission
-// settings are those the sums were taken with.
-bool SummaryStillHolds(const RunningSummary& run, const CKelBaseData& data) {
-    const std::vector<tagTradeList>& trades = data.TradeList;
-    if (run.walked > trades.size()) return false;
-    if (run.walked > 0 && !SameTrade(trades[run.walked - 1], run.lastWalked)) return false;
-    const RunningSummary::CommissionSettings now = CommissionSettingsOf(data);
-    return now.type == run.settings.type && now.value == run.settings.value &&
-           now.singleSide == run.settings.singleSide && now.freeToday == run.settings.freeToday;
-}
-
-}  // namespace
-
 void CSystemFuncs::CalStatistic() {
     if (!InStrategy()) return;
     CKelBaseData& data = *m_pBaseData;
@@ -100,60 +71,32 @@ void CSystemFuncs::RecordBarPosition() {
 }
 
 // Statistics mode 1: the summary of all round trips, classified with the tolerant
-// evaluation, with bars held counted inclusively. The sums over the round trips
-// already seen are kept, and folded in again from the first when TradeList no longer
-// begins with them.
+// evaluation, with bars held counted inclusively. The walk is the one the
+// statistics functions keep, so a bar only adds the round trips closed since.
 void CSystemFuncs::SummarizeTrades() {
-    const std::vector<tagTradeList>& trades = m_pBaseData->TradeList;
-    RunningSummary& run = Derived().Summary;
-    if (!SummaryStillHolds(run, *m_pBaseData)) {
-        run.Reset();
-        run.settings = CommissionSettingsOf(*m_pBaseData);
-    }
-    for (size_t i = run.walked; i < trades.size(); ++i) {
-        const tagTradeList trade = trades[i];
-        double net = 0.0, commission = 0.0;
-        const int32_t result = CalcTradeList(trade, net, commission);
-        const int32_t bars = trade.nExitBar - trade.nEntryBar + 1;
-        if (result > 0) {
-            run.grossProfit += net;
-            ++run.winners;
-            run.barsWinners += bars;
-            if (net > run.largestWinner) run.largestWinner = net;
-        } else if (result < 0) {
-            run.grossLoss += net;
-            ++run.losers;
-            run.barsLosers += bars;
-            if (net < run.largestLoser) run.largestLoser = net;
-        } else {
-            ++run.evenTrades;
-            run.barsEven += bars;
-        }
-        run.sumOfSquares += net * net;
-        run.walked = i + 1;
-        run.lastWalked = trade;
-    }
-
     SummaryFigures& summary = m_pBaseData->Result->Summary;
     summary = SummaryFigures();
     summary.nMaxConsecWinners = MaxConsecWinners();
     summary.nMaxConsecLosers = MaxConsecLosers();
     summary.dLargestPosition = MaxContractsHeld();
     summary.dMaxIDDrawDown = MaxIDDrawDown();
-    summary.dGrossProfit = run.grossProfit;
-    summary.dGrossLoss = run.grossLoss;
-    summary.nWinners = run.winners;
-    summary.nEvenTrades = run.evenTrades;
-    summary.nLosers = run.losers;
-    summary.nBarsWinners = run.barsWinners;
-    summary.nBarsEven = run.barsEven;
-    summary.nBarsLosers = run.barsLosers;
-    summary.dLargestWinner = run.largestWinner;
-    summary.dLargestLoser = run.largestLoser;
-    const double n = static_cast<double>(trades.size());
-    if (trades.size() >= 2) {
-        const double total = run.grossProfit + run.grossLoss;
-        summary.dStdDev = std::sqrt((run.sumOfSquares - total * total / n) / (n - 1));
+    if (!UpdateTradeFigures()) return;
+    const TradeListFigures& walk = Derived().TradeFigures.Walked.Figures;
+    summary.dGrossProfit = walk.dGrossProfit;
+    summary.dGrossLoss = walk.dGrossLoss;
+    summary.nWinners = walk.nValuedWinners;
+    summary.nEvenTrades = walk.nValuedEven;
+    summary.nLosers = walk.nValuedLosers;
+    summary.nBarsWinners = walk.nValuedBarsWinners;
+    summary.nBarsEven = walk.nValuedBarsEven;
+    summary.nBarsLosers = walk.nValuedBarsLosers;
+    summary.dLargestWinner = walk.dLargestWin;
+    summary.dLargestLoser = walk.dLargestLoss;
+    const size_t trades = m_pBaseData->TradeList.size();
+    if (trades >= 2) {
+        const double n = static_cast<double>(trades);
+        const double total = walk.dGrossProfit + walk.dGrossLoss;
+        summary.dStdDev = std::sqrt((walk.dSumOfSquares - total * total / n) / (n - 1));
     }
 }
 

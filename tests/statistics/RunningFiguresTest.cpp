@@ -203,6 +203,59 @@ TEST_F(RunningRulesTest, AReplacedLastRoundTripIsSeen) {
     EXPECT_EQ(funcs.NumLosTrades(), 1);
 }
 
+// Twelve entries closed on the live bar; evaluated again, the first four close at
+// another price while the last eight are as before. All twelve are compared.
+TEST_F(RunningRulesTest, ARoundTripReplacedAmongManyClosedOnTheLastBarIsSeen) {
+    AddLong(1, 0, 3);
+    for (int i = 0; i < 12; ++i) AddLong(1, 4, 6);
+    EXPECT_EQ(funcs.NetProfit(), 13.0);
+    for (int i = 1; i <= 4; ++i) data.TradeList[i].dExitPrice = 98;
+    EXPECT_EQ(funcs.NetProfit(), 1.0);
+    EXPECT_EQ(funcs.MaxConsecLosers(), 4);
+    EXPECT_EQ(funcs.MaxConsecWinners(), 8);
+    EXPECT_EQ(FastAnswers(funcs), Walk());
+    EXPECT_EQ(Restarts(), 0u);
+}
+
+// The driver's restore of the live bar followed by a new evaluation that closes the
+// same entries at another price, through the engine itself.
+TEST_F(RunningRulesTest, TheEngineReclosingTheLiveBarIsSeen) {
+    data.MaxOpenEntries = 20;
+    data.AllowSameSourceEntries = true;
+    data.MaxPositionContracts = 100;
+    data.MarginRate = 0.1;
+    data.TradeSizeValue = 1;
+    data.InitialCapital = 1e9;
+    SetDouble(0, "MarginRatio", 0.1);
+    SetInteger(0, "MaxSingleTradeSize", 0);
+    for (size_t i = 0; i < data.DataStreams[0].Bars.size(); ++i) {
+        BarRecord& bar = data.DataStreams[0].Bars[i];
+        bar.open = bar.high = bar.low = bar.close = 100 + static_cast<double>(i);
+    }
+    const int32_t live = 19;
+    for (int32_t bar = 0; bar <= live; ++bar) {
+        data.CurrentBar = bar;
+        funcs.PrepareBar();
+        if (bar >= 1 && bar <= 12) {
+            ASSERT_TRUE(funcs.Buy(1, 0, false));
+        }
+        if (bar == live) {
+            ASSERT_TRUE(funcs.Sell(0, 0, false));
+        }
+    }
+    ASSERT_EQ(data.TradeList.size(), 12u);
+    const double first = funcs.NetProfit();
+    EXPECT_EQ(first, 150.0);  // 18 + 17 + ... + 7
+    for (double close : {90.0, 125.0, 119.0}) {
+        funcs.RestoreLastBar();
+        data.DataStreams[0].Bars[live].close = close;
+        ASSERT_TRUE(funcs.Sell(0, 0, false));
+        EXPECT_EQ(FastAnswers(funcs), Walk()) << close;
+    }
+    EXPECT_EQ(funcs.NetProfit(), first);
+    EXPECT_EQ(Restarts(), 0u);
+}
+
 TEST_F(RunningRulesTest, ANewRunOfTheSameLengthIsSeen) {
     for (int i = 0; i < 12; ++i) AddLong(1, i, i + 1);
     EXPECT_EQ(funcs.MaxConsecWinners(), 12);
@@ -406,7 +459,33 @@ protected:
         const int32_t live = BarCount() - 1;
         while (!data.TradeList.empty() && data.TradeList.back().nExitBar == live)
             data.TradeList.pop_back();
-        for (int32_t n = Pick(0, 3); n > 0; --n) data.TradeList.push_back(RandomTrip(live));
+        for (int32_t n = Pick(0, Chance(20) ? 14 : 3); n > 0; --n)
+            data.TradeList.push_back(RandomTrip(live));
+    }
+
+    // One of the round trips closed on the exit bar of the last one, wherever it
+    // stands among them, closes at another price, as a new evaluation of the live
+    // bar may close it. Half the time the live bar first closes many round trips,
+    // which the figures take in before one of them changes.
+    void ReplaceInLastExitBar() {
+        std::vector<tagTradeList>& trips = data.TradeList;
+        if (Chance(50)) {
+            const int32_t live = BarCount() - 1;
+            while (!trips.empty() && trips.back().nExitBar == live) trips.pop_back();
+            for (int32_t n = Pick(9, 14); n > 0; --n) {
+                trips.push_back(RandomTrip(live));
+                trips.back().nExitBar = live;
+            }
+            FastAnswers(funcs);
+        }
+        if (trips.empty()) return;
+        size_t start = trips.size() - 1;
+        while (start > 0 && trips[start - 1].nExitBar == trips.back().nExitBar) --start;
+        // Half the time one before the last eight, when there is one.
+        const size_t count = trips.size() - start;
+        const size_t span = count > 8 && Chance(50) ? count - 8 : count;
+        const size_t index = start + static_cast<size_t>(Pick(0, static_cast<int32_t>(span) - 1));
+        trips[index].dExitPrice += Pick(1, 500) * 0.01;
     }
 
     void ChangeSetting() {
@@ -483,7 +562,9 @@ protected:
             if (n > 0) data.TradeList[data.TradeList.size() - n].dExitPrice += Pick(1, 500) * 0.01;
         } else if (r < 68) {
             for (tagTradeList& trip : data.TradeList) trip = RandomTrip(trip.nExitBar);
-        } else if (r < 72) {
+        } else if (r < 71) {
+            ReplaceInLastExitBar();
+        } else if (r < 74) {
             ChangeSetting();
         } else if (r < 76) {
             ChangeProperty();

@@ -2,6 +2,7 @@
 // values.
 #include <cmath>
 #include <limits>
+#include <string>
 
 #include "statistics/StatisticsFixture.h"
 
@@ -30,45 +31,50 @@ TEST_F(TradeFiguresTest, NoTradesGiveZeroEverywhere) {
     EXPECT_EQ(funcs.MaxConsecLosers(), 0);
 }
 
+// Every statistics function answers 0 for this object, whatever its list holds.
+void ExpectAllZero(CSystemFuncs& f, const char* what) {
+    SCOPED_TRACE(what);
+    EXPECT_EQ(f.TotalTrades(), 0);
+    EXPECT_EQ(f.NumWinTrades(), 0);
+    EXPECT_EQ(f.NumLosTrades(), 0);
+    EXPECT_EQ(f.NumEvenTrades(), 0);
+    EXPECT_EQ(Bits(f.PercentProfit()), Bits(0.0));
+    EXPECT_EQ(f.TotalBarsWinTrades(), 0);
+    EXPECT_EQ(f.TotalBarsLosTrades(), 0);
+    EXPECT_EQ(f.TotalBarsEvenTrades(), 0);
+    EXPECT_EQ(f.AvgBarsWinTrade(), 0);
+    EXPECT_EQ(f.AvgBarsLosTrade(), 0);
+    EXPECT_EQ(f.AvgBarsEvenTrade(), 0);
+    EXPECT_EQ(Bits(f.LargestWinTrade()), Bits(0.0));
+    EXPECT_EQ(Bits(f.LargestLosTrade()), Bits(0.0));
+    EXPECT_EQ(Bits(f.GrossProfit()), Bits(0.0));
+    EXPECT_EQ(Bits(f.GrossLoss()), Bits(0.0));
+    EXPECT_EQ(Bits(f.NetProfit()), Bits(0.0));
+    EXPECT_EQ(f.MaxConsecWinners(), 0);
+    EXPECT_EQ(f.MaxConsecLosers(), 0);
+}
+
 TEST_F(TradeFiguresTest, OnlyATradingStrategyWithAResultBlockGetsFigures) {
-    AddLong(5);
-    AddLong(-3);
+    AddLong(5, 0, 2);
+    AddLong(-3, 1, 4);
+    AddLong(0, 2, 7);
     ASSERT_EQ(funcs.NetProfit(), 2.0);
-    for (int32_t kind : {0, 3, 4, 5, 6, 8}) {
+    for (int32_t kind : {0, 3, 4, 5, 6, 8, -7}) {
         data.FormulaKind = kind;
-        EXPECT_EQ(funcs.TotalTrades(), 0) << kind;
-        EXPECT_EQ(funcs.NumWinTrades(), 0) << kind;
-        EXPECT_EQ(funcs.NumLosTrades(), 0) << kind;
-        EXPECT_EQ(funcs.TotalBarsWinTrades(), 0) << kind;
-        EXPECT_EQ(funcs.AvgBarsLosTrade(), 0) << kind;
-        EXPECT_EQ(funcs.PercentProfit(), 0.0) << kind;
-        EXPECT_EQ(funcs.GrossProfit(), 0.0) << kind;
-        EXPECT_EQ(funcs.GrossLoss(), 0.0) << kind;
-        EXPECT_EQ(funcs.NetProfit(), 0.0) << kind;
-        EXPECT_EQ(funcs.LargestWinTrade(), 0.0) << kind;
-        EXPECT_EQ(funcs.LargestLosTrade(), 0.0) << kind;
-        EXPECT_EQ(funcs.MaxConsecWinners(), 0) << kind;
-        EXPECT_EQ(funcs.MaxConsecLosers(), 0) << kind;
+        ExpectAllZero(funcs, std::to_string(kind).c_str());
     }
     data.FormulaKind = 7;
     data.Result = nullptr;
-    EXPECT_EQ(funcs.TotalTrades(), 0);
-    EXPECT_EQ(funcs.NumWinTrades(), 0);
-    EXPECT_EQ(funcs.NetProfit(), 0.0);
-    EXPECT_EQ(funcs.MaxConsecLosers(), 0);
+    ExpectAllZero(funcs, "no result block");
     data.Result = &result;
-    EXPECT_EQ(funcs.TotalTrades(), 2);
+    EXPECT_EQ(funcs.TotalTrades(), 3);
     EXPECT_EQ(funcs.NetProfit(), 2.0);
+    EXPECT_EQ(funcs.TotalBarsEvenTrades(), 5);
 }
 
 TEST_F(TradeFiguresTest, AnObjectWithoutHostDataAnswersZero) {
     CSystemFuncs detached(nullptr);
-    EXPECT_EQ(detached.TotalTrades(), 0);
-    EXPECT_EQ(detached.NumEvenTrades(), 0);
-    EXPECT_EQ(detached.PercentProfit(), 0.0);
-    EXPECT_EQ(detached.AvgBarsEvenTrade(), 0);
-    EXPECT_EQ(detached.NetProfit(), 0.0);
-    EXPECT_EQ(detached.MaxConsecWinners(), 0);
+    ExpectAllZero(detached, "no host data");
 }
 
 TEST_F(TradeFiguresTest, PercentProfitDividesWholeNumbers) {

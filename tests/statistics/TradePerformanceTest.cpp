@@ -260,6 +260,22 @@ TEST_F(TradePerformanceTest, WithoutInitialCapitalTheReturnRatioIsTheNet) {
     EXPECT_EQ(Bits(perf.Months[0].dReturnRatio), Bits(4.75));
 }
 
+// Only a capital of exactly zero (either sign) is replaced by 1.0; a negative one
+// divides as it stands.
+TEST_F(TradePerformanceTest, TheReturnRatioDividesByANegativeCapitalAsItStands) {
+    data.InitialCapital = -50000;
+    Close(5.0, 0, 2);
+    Close(-2.5, 0, 2);
+    EXPECT_EQ(Bits(perf.Years[0].dReturnRatio), Bits(2.5 / -50000.0));
+    EXPECT_EQ(Bits(perf.Months[0].dReturnRatio), Bits(2.5 / -50000.0));
+    data.InitialCapital = -0.0;
+    Close(1.0, 0, 2);
+    EXPECT_EQ(Bits(perf.Years[0].dReturnRatio), Bits(3.5));
+    data.InitialCapital = 0.5;
+    Close(1.0, 0, 2);
+    EXPECT_EQ(Bits(perf.Months[0].dReturnRatio), Bits(4.5 / 0.5));
+}
+
 TEST_F(TradePerformanceTest, CalendarMonthsAddUpAcrossYears) {
     const int32_t nextMarch = AddBarAt(LocalMs(2011, 3, 9));
     const int32_t july = AddBarAt(LocalMs(2011, 7, 1));
@@ -406,6 +422,30 @@ TEST_F(EngineRecordTest, ExitsReversalsAndStopClosesAreRecordedInModeTwo) {
     EXPECT_EQ(data.TradeList.size(), 3u);
     EXPECT_EQ(Bits(funcs.NetProfit()), Bits(result.Performance.All.dGrossProfit +
                                              result.Performance.All.dGrossLoss));
+}
+
+TEST_F(EngineRecordTest, ShortsClosedByCoverAndByReversalFillTheShortSide) {
+    data.PerformanceMode = 2;
+    data.CurrentBar = 2;
+    ASSERT_TRUE(funcs.SellShort(2, 0, false));  // 2 at 102
+    data.CurrentBar = 5;
+    ASSERT_TRUE(funcs.BuyToCover(1, 0, false));  // 1 at 105: -3 less 1
+    EXPECT_EQ(result.Performance.Short.nTrades, 1);
+    EXPECT_EQ(result.Performance.Short.nLosers, 1);
+    EXPECT_EQ(Bits(result.Performance.Short.dNetProfit), Bits(-4.0));
+    EXPECT_EQ(result.Performance.Short.nBarsLosers, 4);
+    data.CurrentBar = 7;
+    ASSERT_TRUE(funcs.Buy(1, 0, false));  // reverses the other at 107: -5 less 1
+    EXPECT_EQ(result.Performance.Short.nTrades, 2);
+    EXPECT_EQ(result.Performance.Short.nLossRun, 2);
+    EXPECT_EQ(result.Performance.Short.nLongestLossRun, 2);
+    EXPECT_EQ(Bits(result.Performance.Short.dSmallestNet), Bits(-6.0));
+    EXPECT_EQ(Bits(result.Performance.Short.dGrossLoss), Bits(-4.0 + -6.0));
+    EXPECT_EQ(result.Performance.Long.nTrades, 0);
+    EXPECT_EQ(result.Performance.All.nTrades, 2);
+    EXPECT_EQ(Bits(result.Performance.All.dCommission), Bits(2.0));
+    EXPECT_EQ(Bits(funcs.NetProfit()), Bits(-10.0));
+    EXPECT_EQ(funcs.MaxConsecLosers(), 2);
 }
 
 TEST_F(EngineRecordTest, OtherModesLeaveTheRecordAlone) {
