@@ -16,6 +16,7 @@ backtest_case(config_file 0 ARGS ${BARS} --strategy ma-crossover --config data/s
 backtest_case(live_updates 0 ARGS ${BARS} --strategy ma-crossover --live-updates 5)
 backtest_case(skip_bad_rows 0 ARGS --bars data/bad_row.csv --instrument data/instruments.json:rb2510
               --tz Asia/Shanghai --strategy ma-crossover --skip-bad-rows)
+backtest_case(plugin 0 ARGS ${BARS} --strategy @PLUGIN@ --param step=2)
 backtest_case(help 0 ARGS --help)
 
 # Run errors: exit status 1 and the file's own message.

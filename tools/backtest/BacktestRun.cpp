@@ -65,9 +65,10 @@ LoadedStrategy LoadStrategy(const std::string& name) {
     return loaded;
 }
 
-// The strategy's name as the reports show it: "ma-crossover (fast=5, slow=20)".
+// The strategy's name as the reports show it: "ma-crossover (fast=5, slow=20)"; a
+// plugin goes by its file name, so that a report does not depend on where it lies.
 std::string DisplayName(const std::string& name, const ffrunner::Strategy& strategy) {
-    std::string text = name;
+    std::string text = NamesAFile(name) ? std::filesystem::path(name).filename().string() : name;
     const auto parameters = strategy.Parameters();
     for (size_t i = 0; i < parameters.size(); ++i) {
         text += i == 0 ? " (" : ", ";
