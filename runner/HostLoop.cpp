@@ -30,6 +30,12 @@ std::vector<BarRecord> LiveBarStates(const BarRecord& final, int32_t updates) {
     return states;
 }
 
+void ReservePerBarRecords(CStrategyResult& result, size_t bars) {
+    result.PositionSnapshots.reserve(bars);
+    result.PositionSeries.reserve(bars);
+    result.BarEquityList.reserve(bars);
+}
+
 void LiveBarStatistics::Save(const CStrategyResult& result) {
     performance = result.Performance;
     summary = result.Summary;

@@ -45,6 +45,10 @@ struct LiveBarStatistics {
     void Restore(CStrategyResult& result) const;
 };
 
+// Makes room in the result block's series that get one record per bar, so that a
+// long run does not grow them (and copy them) step by step.
+void ReservePerBarRecords(CStrategyResult& result, size_t bars);
+
 struct LoopOptions {
     // Price updates at which the last bar is evaluated again (0: evaluated once).
     int32_t liveUpdates = 0;
@@ -63,6 +67,7 @@ void RunStrategyBars(CKelBaseData& data, Funcs& funcs, Body&& body,
     const BarRecord final = bars.back();
     const std::vector<BarRecord> live = LiveBarStates(final, options.liveUpdates);
     LiveBarStatistics statistics;
+    if (data.Result != nullptr) ReservePerBarRecords(*data.Result, n);
     for (size_t t = 0; t < n; ++t) {
         data.CurrentBar = static_cast<int32_t>(t);
         data.LastBarOfRun = t + 1 == n;

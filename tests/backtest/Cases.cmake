@@ -5,8 +5,9 @@ set(BARS --bars data/bars.csv --instrument data/instruments.json:rb2510 --tz Asi
 backtest_case(ma_crossover 0 OUTPUTS ma_crossover.json ma_crossover_trades.csv
               ARGS ${BARS} --strategy ma-crossover --json @OUT@/ma_crossover.json
                    --trades @OUT@/ma_crossover_trades.csv)
-backtest_case(channel_breakout 0 ARGS ${BARS} --strategy channel-breakout --param length=8
-              --param trail=800 --commission 3)
+backtest_case(channel_breakout 0 OUTPUTS channel_breakout.html
+              ARGS ${BARS} --strategy channel-breakout --param length=8 --param trail=800
+                   --commission 3 --html @OUT@/channel_breakout.html)
 backtest_case(mean_reversion_pyramid 0 OUTPUTS mean_reversion_pyramid.json
               ARGS ${BARS} --strategy mean-reversion --max-entries 3 --same-source-entries
                    --param entry=1.5 --json @OUT@/mean_reversion_pyramid.json)
@@ -15,6 +16,7 @@ backtest_case(config_file 0 ARGS ${BARS} --strategy ma-crossover --config data/s
 backtest_case(live_updates 0 ARGS ${BARS} --strategy ma-crossover --live-updates 5)
 backtest_case(skip_bad_rows 0 ARGS --bars data/bad_row.csv --instrument data/instruments.json:rb2510
               --tz Asia/Shanghai --strategy ma-crossover --skip-bad-rows)
+backtest_case(plugin 0 ARGS ${BARS} --strategy @PLUGIN@ --param step=2)
 backtest_case(help 0 ARGS --help)
 
 # Run errors: exit status 1 and the file's own message.

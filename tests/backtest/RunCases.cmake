@@ -1,6 +1,6 @@
 # Runs the cases of Cases.cmake. Paths in the arguments are relative to SOURCE (so
 # messages naming them are the same on every machine); @OUT@ stands for the folder
-# of the files a case writes.
+# of the files a case writes, @PLUGIN@ for a strategy plugin built with the tests.
 cmake_minimum_required(VERSION 3.20)
 foreach(var BACKTEST SOURCE OUT)
   if(NOT DEFINED ${var})
@@ -33,6 +33,7 @@ endfunction()
 function(backtest_case name status)
   cmake_parse_arguments(PARSE_ARGV 2 CASE "" "" "OUTPUTS;ARGS")
   list(TRANSFORM CASE_ARGS REPLACE "@OUT@" "${OUT}")
+  list(TRANSFORM CASE_ARGS REPLACE "@PLUGIN@" "${PLUGIN}")
   execute_process(COMMAND ${BACKTEST} ${CASE_ARGS}
                   WORKING_DIRECTORY ${SOURCE}
                   RESULT_VARIABLE rc

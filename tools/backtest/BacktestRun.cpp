@@ -65,9 +65,10 @@ LoadedStrategy LoadStrategy(const std::string& name) {
     return loaded;
 }
 
-// The strategy's name as the reports show it: "ma-crossover (fast=5, slow=20)".
+// The strategy's name as the reports show it: "ma-crossover (fast=5, slow=20)"; a
+// plugin goes by its file name, so that a report does not depend on where it lies.
 std::string DisplayName(const std::string& name, const ffrunner::Strategy& strategy) {
-    std::string text = name;
+    std::string text = NamesAFile(name) ? std::filesystem::path(name).filename().string() : name;
     const auto parameters = strategy.Parameters();
     for (size_t i = 0; i < parameters.size(); ++i) {
         text += i == 0 ? " (" : ", ";
@@ -226,9 +227,25 @@ void RunBacktest(const ffrunner::BacktestOptions& options, std::ostream& out, st
 }
 
 std::string StrategyListText() {
-    std::string text = "Built-in strategies (parameters and their defaults in brackets):\n";
+    std::string text = "Built-in strategies, with their parameters and defaults:\n";
     for (const auto& entry : ffexamples::StrategyCatalogue()) {
-        text += "  " + std::string(entry.name) + "\n      " + entry.summary + "\n";
+        text += "  " + std::string(entry.name) + "\n";
+        // The summary, word-wrapped to 78 columns under the name.
+        const std::string summary = entry.summary;
+        std::string line = "     ";
+        size_t start = 0;
+        while (start < summary.size()) {
+            size_t end = summary.find(' ', start);
+            if (end == std::string::npos) end = summary.size();
+            const std::string word = summary.substr(start, end - start);
+            if (line.size() + 1 + word.size() > 78) {
+                text += line + "\n";
+                line = "     ";
+            }
+            line += " " + word;
+            start = end + 1;
+        }
+        text += line + "\n";
     }
     return text;
 }
