@@ -39,8 +39,9 @@
 // never does either: it appends round trips, drops them from the end when the live
 // bar is restored (only those closed on that bar, which the compared tail holds
 // whenever the exit bars do not decrease along the list), and empties the list when
-// a run starts again; the host appends bars and only the forming last bar changes. The time zone is taken as fixed for the life of the object, as
-// the local-day cache takes it.
+// a run starts again; the host appends bars and only the forming last bar changes.
+// The time zone is taken as fixed for the life of the object, as the local-day
+// cache takes it.
 //
 // Checking costs a bounded number of comparisons (those of the round trips closed
 // on the last exit bar, at most kLastExitBarLimit) plus six cached property reads
