@@ -415,6 +415,7 @@ private:
     void TrackEquity(double equity, int64_t time);
     PositionSnapshot PreviousBarSnapshot();
     void RunDelayedSignals();
+    void MarkRestorePoint();
     int64_t MainBarTime(int32_t bar);
     double MainBarClose(int32_t bar);
     void FollowBarExcursion();
@@ -422,6 +423,16 @@ private:
     void SummarizeTrades();
     void RecordBarEquity();
     double BarCommission(int32_t bar);
+
+    // Where SignalHistory and TradeList stood when the state of the live last bar was
+    // saved (bar -1: nothing saved by this object). What lies beyond was recorded by
+    // evaluations of that bar, including a forced exit booked on the bar before it.
+    struct RestorePoint {
+        int32_t bar = -1;
+        size_t signals = 0;
+        size_t trades = 0;
+    };
+    RestorePoint m_restorePoint;
 
     // Private helpers of properties, quotes and account.
     using ValueFetch = bool (CSystemFuncs::*)(int32_t valueId, tagKelDataType& value);

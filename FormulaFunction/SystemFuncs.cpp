@@ -11,16 +11,18 @@ CSystemFuncs::CSystemFuncs(CKelBaseData* baseData)
     ffplatform::SeedRandom(static_cast<uint32_t>(ffplatform::CurrentTimeSeconds()));
 }
 
-// A copy shares the host data object and carries the cached values, but starts
-// without derived figures. It does not reseed the generator.
+// A copy shares the host data object and carries the cached values and the live
+// bar's restore point, but starts without derived figures. It does not reseed the generator.
 CSystemFuncs::CSystemFuncs(const CSystemFuncs& other)
     : PropertyCache(other.PropertyCache),
+      m_restorePoint(other.m_restorePoint),
       m_pBaseData(other.m_pBaseData),
       m_pDerivedCaches(std::make_unique<DerivedCaches>()) {}
 
 CSystemFuncs& CSystemFuncs::operator=(const CSystemFuncs& other) {
     if (this != &other) {
         PropertyCache = other.PropertyCache;
+        m_restorePoint = other.m_restorePoint;
         m_pBaseData = other.m_pBaseData;
         m_pDerivedCaches = std::make_unique<DerivedCaches>();
     }

@@ -13,6 +13,7 @@ using namespace fftrading;
 
 void CSystemFuncs::PrepareBar() {
     if (!InStrategy()) return;
+    m_restorePoint = RestorePoint();
     if (m_pBaseData->CurrentBar == 0) {
         PrepareFirstBar();
         return;
@@ -66,11 +67,23 @@ void CSystemFuncs::SaveLastBarData() {
     result.SavedFigures = result.Figures;
     result.SavedOpenEntries = m_pBaseData->OpenEntries;
     result.SavedDelayedSignals = m_pBaseData->DelayedSignals;
+    MarkRestorePoint();
+}
+
+// Notes how long the signal and round-trip lists are at the moment the live bar's
+// state is saved.
+void CSystemFuncs::MarkRestorePoint() {
+    m_restorePoint.bar = m_pBaseData->CurrentBar;
+    m_restorePoint.signals = m_pBaseData->SignalHistory.size();
+    m_restorePoint.trades = m_pBaseData->TradeList.size();
 }
 
 // Puts back the state saved when the live bar was first prepared and drops the
 // signals and round trips that the earlier evaluation recorded on this bar. Records
 // of later bars are passed over; the first record of an earlier bar ends each walk.
+// A margin call of the statistics step is booked on the bar before, so the walk
+// would stop at it and keep it; when this object saved the bar, the lists are first
+// cut back to where they stood then, which drops such a forced exit with the rest.
 void CSystemFuncs::RestoreLastBar() {
     if (!InStrategy()) return;
     CKelBaseData& data = *m_pBaseData;
@@ -80,6 +93,12 @@ void CSystemFuncs::RestoreLastBar() {
     data.DelayedSignals = result.SavedDelayedSignals;
 
     const int32_t bar = data.CurrentBar;
+    const RestorePoint& point = m_restorePoint;
+    if (point.bar == bar && point.signals <= data.SignalHistory.size() &&
+        point.trades <= data.TradeList.size()) {
+        data.SignalHistory.resize(point.signals);
+        data.TradeList.resize(point.trades);
+    }
     for (size_t i = data.SignalHistory.size(); i > 0; --i) {
         const int32_t signalBar = data.SignalHistory[i - 1].nBar;
         if (signalBar < bar) break;
@@ -297,7 +316,10 @@ PositionSnapshot CSystemFuncs::PreviousBarSnapshot() {
 
 // Closing the whole position goes first, whatever the order of the list. The open
 // entries that close leaves, and the other signals, are what RestoreLastBar puts back
-// on the live bar.
+// on the live bar. On the live bar the saved figures and the restore point are taken
+// again at that same moment: the excursion, a margin call and the close have changed
+// the figures and booked their round trips on the previous bar, and those round trips
+// stay, so the figures put back must be the ones that go with them.
 void CSystemFuncs::RunDelayedSignals() {
     CKelBaseData& data = *m_pBaseData;
     CStrategyResult& result = *data.Result;
@@ -305,6 +327,10 @@ void CSystemFuncs::RunDelayedSignals() {
         if (data.DelayedSignals[i].nType == kCloseAll) HandleDelaySignal(data.DelayedSignals[i]);
     }
     result.SavedOpenEntries = data.OpenEntries;
+    if (m_restorePoint.bar == data.CurrentBar) {
+        result.SavedFigures = result.Figures;
+        MarkRestorePoint();
+    }
     result.SavedDelayedSignals.clear();
     for (size_t i = 0; i < data.DelayedSignals.size(); ++i) {
         if (data.DelayedSignals[i].nType == kCloseAll) continue;

@@ -283,4 +283,118 @@ TEST_F(DriverTest, ModeTwoShortMargin) {
     EXPECT_EQ(104.0, result.dLargestMargin);
 }
 
+TEST_F(DriverTest, StatisticsOutsideAStrategyDoNothing) {
+    Evaluate(0, nullptr);
+    AddEntry(1, 0, 1, 102);
+    Bar(2).low = 10;
+    data.CurrentBar = 2;
+    data.PerformanceMode = 2;
+    data.FormulaKind = 4;
+    funcs.CalStatistic();
+    EXPECT_EQ(1u, data.OpenEntries.size());
+    EXPECT_EQ(0.0, result.Figures.MaxPositionLossMark);
+    EXPECT_EQ(1u, result.PositionSeries.size());  // bar 0's only
+    EXPECT_TRUE(result.BarEquityList.empty());
+}
+
+// Without statistics mode 1 or 2 there is no summary and no equity list, only the
+// position series.
+TEST_F(DriverTest, OtherModesKeepOnlyThePositionSeries) {
+    for (int32_t mode : {0, 3}) {
+        data.PerformanceMode = mode;
+        Run(0, 4, [&](int32_t bar) {
+            if (bar == 1) funcs.Buy(1, 0, false);
+            if (bar == 3) funcs.Sell(0, 0, false);
+        });
+        EXPECT_EQ(0.0, result.Summary.dGrossProfit) << mode;
+        EXPECT_EQ(0, result.Summary.nWinners) << mode;
+        EXPECT_TRUE(result.BarEquityList.empty()) << mode;
+        EXPECT_EQ(0, result.nBarsWithPosition) << mode;
+        EXPECT_EQ(5u, result.PositionSeries.size()) << mode;
+        EXPECT_EQ(20.0, result.PositionSeries[4].dNetProfit) << mode;
+        result = CStrategyResult{};
+    }
+}
+
+// A net within 0.0001 of zero is an even trade for the summary, though the counting
+// classification calls it a winner.
+TEST_F(DriverTest, ModeOneNetWithinTheToleranceIsEven) {
+    data.PerformanceMode = 1;
+    Evaluate(0, nullptr);
+    data.TradeList = {Trip(1, 1, 3, 1, 100, 100.000005), Trip(3, 2, 2, 1, 100, 100.000005)};
+    data.CurrentBar = 3;
+    funcs.CalStatistic();
+    const SummaryFigures& s = result.Summary;
+    EXPECT_EQ(2, s.nEvenTrades);
+    EXPECT_EQ(3 + 1, s.nBarsEven);
+    EXPECT_EQ(0, s.nWinners);
+    EXPECT_EQ(0, s.nLosers);
+    EXPECT_EQ(0.0, s.dGrossProfit);
+    EXPECT_EQ(0.0, s.dLargestWinner);
+    EXPECT_EQ(1, funcs.NumWinTrades());
+}
+
+// The bar's commission: the exit side of a round trip closed on it unless the close is
+// free, and its entry side too when it also opened on the bar and both sides are
+// charged.
+TEST_F(DriverTest, ModeTwoBarCommissionBySides) {
+    struct Case {
+        bool single, freeToday;
+        double commission;
+    };
+    for (const Case& c : {Case{false, false, 4}, Case{true, false, 2}, Case{false, true, 2},
+                          Case{true, true, 0}}) {
+        data.PerformanceMode = 2;
+        data.CommissionValue = 2;
+        data.SingleSideCommission = c.single;
+        data.FreeCloseToday = c.freeToday;
+        Run(0, 3, [&](int32_t bar) {
+            if (bar == 1) {
+                funcs.Buy(1, 0, false);
+                funcs.Sell(0, 0, false);
+            }
+            if (bar == 2) funcs.Buy(1, 0, false);
+            if (bar == 3) funcs.Sell(0, 0, false);
+        });
+        SCOPED_TRACE(c.single);
+        SCOPED_TRACE(c.freeToday);
+        ASSERT_EQ(4u, result.BarEquityList.size());
+        EXPECT_EQ(c.commission, result.BarEquityList[1].dCommission);
+        EXPECT_EQ(0.0, result.BarEquityList[2].dCommission);  // entry only
+        EXPECT_EQ(2.0, result.BarEquityList[3].dCommission);  // exit of an earlier day
+        result = CStrategyResult{};
+    }
+}
+
+// A bar evaluated again overwrites its record and is counted in the market once.
+TEST_F(DriverTest, ModeTwoBarEvaluatedAgainOverwritesItsRecord) {
+    data.PerformanceMode = 2;
+    Run(0, 2, [&](int32_t bar) {
+        if (bar == 1) funcs.Buy(1, 0, false);
+    });
+    Bar(2).close = 90;
+    Bar(2).low = 89;
+    funcs.CalStatistic();
+    ASSERT_EQ(3u, result.BarEquityList.size());
+    EXPECT_EQ(2, result.nBarsWithPosition);
+    EXPECT_EQ(1000000.0 - 120, result.BarEquityList[2].dEquity);
+    EXPECT_EQ(90.0, result.BarEquityList[2].dMargin);
+}
+
+// The lowest equity follows every record; the highest starts at the initial capital
+// and keeps its date and time only when a record exceeds it.
+TEST_F(DriverTest, ModeTwoEquityExtremes) {
+    data.PerformanceMode = 2;
+    Bar(2).close = 95;
+    Bar(2).low = 94;
+    Run(0, 3, [&](int32_t bar) {
+        if (bar == 1) funcs.Buy(1, 0, false);
+    });
+    EXPECT_EQ(1000000.0 - 70, result.dLowestBarEquity);  // bar 2: 102 down to 95
+    EXPECT_EQ(1000000.0 + 20, result.dHighestBarEquity);  // bar 3 closes at 104
+    EXPECT_EQ(20100304, result.nHighestEquityDate);
+    EXPECT_EQ(103000, result.nHighestEquityTime);
+    EXPECT_EQ(1000000.0 + 20, result.BarEquityList[3].dEquity);
+}
+
 }  // namespace

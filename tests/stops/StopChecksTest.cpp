@@ -164,4 +164,16 @@ TEST_F(StopChecksTest, ANegativeLookBackIsRefused) {
     ExpectNothingDone("look-back -1");
 }
 
+// An instrument whose margin mode gives no money value (neither a profit nor a price
+// for an amount) fires no stop: every gain and loss is 0, and the inactivity stop's
+// levels fall on the entry price, which the bar reaches.
+TEST_F(StopChecksTest, AMarginModeWithoutMoneyValueFiresNothing) {
+    SetInteger(0, "MarginMode", 0);
+    ForgetDerived();
+    for (const StopCall& stop : AmountStops()) {
+        EXPECT_FALSE(Fires(stop, 0, 30)) << stop.name;
+        ExpectNothingDone(stop.name);
+    }
+}
+
 }  // namespace

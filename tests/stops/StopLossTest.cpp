@@ -209,4 +209,30 @@ TEST_F(StopLossTest, WholeShortPositionClosesAtTheStopRoundedUp) {
                                                  StopTrip(3, 2, 2, 101, Steps(1026700))}));
 }
 
+// A stop that leaves the strategy flat ends the position's bookkeeping: its worst
+// open result joins the sum of such results and its marks and size are cleared. A
+// stop that leaves an entry open changes none of them.
+TEST_F(StopLossTest, ClosingTheLastEntryEndsThePositionsBookkeeping) {
+    Long(1, 1, 100);
+    Long(3, 1, 104);
+    result.Figures.PositionContracts = 2;
+    result.Figures.MaxPositionProfitMark = 40;
+    result.Figures.MaxPositionLossMark = -30;
+    result.Figures.ClosedPositionsDrawDown = -5;
+    SetBar(5, 101, 102, 99, 100);
+    EXPECT_TRUE(funcs.SetStopLoss(0, 50, false));
+    EXPECT_EQ(2.0, result.Figures.PositionContracts);
+    EXPECT_EQ(40.0, result.Figures.MaxPositionProfitMark);
+    EXPECT_EQ(-30.0, result.Figures.MaxPositionLossMark);
+    EXPECT_EQ(-5.0, result.Figures.ClosedPositionsDrawDown);
+
+    SetBar(5, 101, 102, 94, 100);
+    EXPECT_TRUE(funcs.SetStopLoss(0, 50, false));
+    EXPECT_TRUE(data.OpenEntries.empty());
+    EXPECT_EQ(0.0, result.Figures.PositionContracts);
+    EXPECT_EQ(0.0, result.Figures.MaxPositionProfitMark);
+    EXPECT_EQ(0.0, result.Figures.MaxPositionLossMark);
+    EXPECT_EQ(-35.0, result.Figures.ClosedPositionsDrawDown);
+}
+
 }  // namespace
