@@ -10,22 +10,9 @@
 #include <cstdint>
 
 #include "FormulaFunction/FormulaFunction.h"
+#include "bench/BenchInstrument.h"
 
 namespace {
-
-tagKelDataType Integer(int32_t v) {
-    tagKelDataType t;
-    t.nType = KelInteger;
-    t.nValue = v;
-    return t;
-}
-
-tagKelDataType Double(double v) {
-    tagKelDataType t;
-    t.nType = KelDouble;
-    t.dValue = v;
-    return t;
-}
 
 constexpr int32_t kBars = 1000000;
 
@@ -61,16 +48,7 @@ void BM_StrategyRun(benchmark::State& state) {
         data.DataStreams[0].Bars.push_back(bar);
     }
     CSystemFuncs funcs(&data);
-    funcs.PropertyCache["Data0.MarginMode"] = Integer(4);
-    funcs.PropertyCache["Data0.MinMove"] = Integer(1);
-    funcs.PropertyCache["Data0.PriceScale"] = Double(1);
-    funcs.PropertyCache["Data0.ContractSize"] = Double(1);
-    funcs.PropertyCache["Data0.ContractUnit"] = Integer(10);
-    funcs.PropertyCache["Data0.BigPointValue"] = Double(1);
-    funcs.PropertyCache["Data0.MarginRatio"] = Double(0.1);
-    funcs.PropertyCache["Data0.MaxSingleTradeSize"] = Integer(0);
-    funcs.PropertyCache["Data0.BarType"] = Integer(0);
-    funcs.PropertyCache["Data0.BarInterval"] = Integer(1);
+    ffbench::SetTradingProperties(funcs);
 
     for (auto _ : state) {
         for (int32_t bar = 0; bar < kBars; ++bar) {

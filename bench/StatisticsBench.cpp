@@ -9,22 +9,9 @@
 #include <vector>
 
 #include "FormulaFunction/FormulaFunction.h"
+#include "bench/BenchInstrument.h"
 
 namespace {
-
-tagKelDataType Integer(int32_t v) {
-    tagKelDataType t;
-    t.nType = KelInteger;
-    t.nValue = v;
-    return t;
-}
-
-tagKelDataType Double(double v) {
-    tagKelDataType t;
-    t.nType = KelDouble;
-    t.dValue = v;
-    return t;
-}
 
 // A strategy whose list holds `trips` round trips over a stream of one bar a minute,
 // with a commission rate and both sides charged.
@@ -49,12 +36,7 @@ struct Strategy {
             bar.open = bar.high = bar.low = bar.close = 3000 + static_cast<double>(i % 7);
             data.DataStreams[0].Bars.push_back(bar);
         }
-        funcs.PropertyCache["Data0.MarginMode"] = Integer(4);
-        funcs.PropertyCache["Data0.MinMove"] = Integer(1);
-        funcs.PropertyCache["Data0.PriceScale"] = Double(1);
-        funcs.PropertyCache["Data0.ContractSize"] = Double(1);
-        funcs.PropertyCache["Data0.ContractUnit"] = Integer(10);
-        funcs.PropertyCache["Data0.BigPointValue"] = Double(1);
+        ffbench::SetContractProperties(funcs);
         for (int64_t i = 0; i < trips; ++i) {
             tagTradeList trip;
             trip.nEntryType = i % 3 == 0 ? 3 : 1;

@@ -5,22 +5,9 @@
 #include <benchmark/benchmark.h>
 
 #include "FormulaFunction/FormulaFunction.h"
+#include "bench/BenchInstrument.h"
 
 namespace {
-
-tagKelDataType Integer(int32_t v) {
-    tagKelDataType t;
-    t.nType = KelInteger;
-    t.nValue = v;
-    return t;
-}
-
-tagKelDataType Double(double v) {
-    tagKelDataType t;
-    t.nType = KelDouble;
-    t.dValue = v;
-    return t;
-}
 
 constexpr int32_t kBars = 200000;
 
@@ -44,15 +31,7 @@ struct HeldPosition {
             bar.close = bar.open + 1;
             data.DataStreams[0].Bars.push_back(bar);
         }
-        funcs.PropertyCache["Data0.MarginMode"] = Integer(4);
-        funcs.PropertyCache["Data0.MinMove"] = Integer(1);
-        funcs.PropertyCache["Data0.PriceScale"] = Double(1);
-        funcs.PropertyCache["Data0.ContractSize"] = Double(1);
-        funcs.PropertyCache["Data0.ContractUnit"] = Integer(10);
-        funcs.PropertyCache["Data0.BigPointValue"] = Double(1);
-        funcs.PropertyCache["Data0.MarginRatio"] = Double(0.1);
-        funcs.PropertyCache["Data0.BarType"] = Integer(0);
-        funcs.PropertyCache["Data0.BarInterval"] = Integer(1);
+        ffbench::SetTradingProperties(funcs);
         data.OpenEntries.push_back({1, 0, 0, 0, 1, 3000});
     }
 };
