@@ -400,7 +400,15 @@ private:
     // Private helpers of bar access.
     double RealHigh(int32_t offset);
     double RealLow(int32_t offset);
-    const BarRecord* StreamBar(uint32_t index);
+    // The bar at `index` of the current data stream, or null when the stream or the
+    // bar does not exist.
+    const BarRecord* StreamBar(uint32_t index) {
+        if (m_pBaseData == nullptr) return nullptr;
+        const uint32_t stream = static_cast<uint32_t>(m_pBaseData->DataIndex);
+        if (stream >= m_pBaseData->DataStreams.size()) return nullptr;
+        const std::vector<BarRecord>& bars = m_pBaseData->DataStreams[stream].Bars;
+        return index < bars.size() ? &bars[index] : nullptr;
+    }
     const BarRecord* CurrentStreamBar();
 
     // Private helpers of the per-bar driver.
@@ -459,7 +467,12 @@ private:
     // Private helpers of positions, money, entries and exits.
     bool LastestBar();
     bool GetValidPrice(bool up, double& price);
-    bool InStrategy() const;
+    // Only a trading strategy with a result block has a simulated position; every
+    // other formula sees a flat strategy with no history.
+    bool InStrategy() const {
+        return m_pBaseData != nullptr && m_pBaseData->FormulaKind == 7 &&
+               m_pBaseData->Result != nullptr;
+    }
     int32_t GetCurrentEntryPositions();
     bool BarDateTime(int32_t bar, int32_t& date, double& time);
     const PositionSnapshot* LinkedSnapshot();
@@ -532,7 +545,8 @@ private:
     // Figures derived from the host data object and PropertyCache to make hot paths
     // cheap. Dropping them never changes a result; a copy starts without them.
     std::unique_ptr<DerivedCaches> m_pDerivedCaches;
-    DerivedCaches& Derived();
+    DerivedCaches& Derived() { return m_pDerivedCaches ? *m_pDerivedCaches.get() : NewDerived(); }
+    DerivedCaches& NewDerived();
 
     friend struct CSystemFuncsTestAccess;
 };

@@ -38,7 +38,7 @@ int32_t CSystemFuncs::GetServerTime() {
     return static_cast<int32_t>(static_cast<uint32_t>(ffplatform::CurrentTimeSeconds()));
 }
 
-DerivedCaches& CSystemFuncs::Derived() {
-    if (!m_pDerivedCaches) m_pDerivedCaches = std::make_unique<DerivedCaches>();
+DerivedCaches& CSystemFuncs::NewDerived() {
+    m_pDerivedCaches = std::make_unique<DerivedCaches>();
     return *m_pDerivedCaches;
 }

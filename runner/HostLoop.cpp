@@ -34,6 +34,7 @@ void ReservePerBarRecords(CStrategyResult& result, size_t bars) {
     result.PositionSnapshots.reserve(bars);
     result.PositionSeries.reserve(bars);
     result.BarEquityList.reserve(bars);
+    result.EquityHistory.reserve(bars);
 }
 
 void LiveBarStatistics::Save(const CStrategyResult& result) {

@@ -5,7 +5,9 @@
 // through a subtraction wraps to a huge number and is simply out of range.
 #include "FormulaFunction/FormulaFunction.h"
 
+#include "FormulaFunction/DerivedCaches.h"
 #include "FormulaFunction/InvalidValues.h"
+#include "FormulaFunction/market/RememberedProperties.h"
 
 namespace {
 
@@ -27,17 +29,6 @@ inline bool CloseStandsForHighAndLow(int32_t barType, int32_t barInterval) {
 }
 
 }  // namespace
-
-// The bar at `index` of the current data stream, or null when the stream or the
-// bar does not exist.
-const BarRecord* CSystemFuncs::StreamBar(uint32_t index) {
-    if (m_pBaseData == nullptr) return nullptr;
-    const uint32_t stream = static_cast<uint32_t>(m_pBaseData->DataIndex);
-    if (stream >= m_pBaseData->DataStreams.size()) return nullptr;
-    const std::vector<BarRecord>& bars = m_pBaseData->DataStreams[stream].Bars;
-    if (index >= bars.size()) return nullptr;
-    return &bars[index];
-}
 
 const BarRecord* CSystemFuncs::CurrentStreamBar() {
     if (m_pBaseData == nullptr) return nullptr;
@@ -116,16 +107,18 @@ bool CSystemFuncs::HistoryDataExist() { return CurrentStreamBar() != nullptr; }
 // the current bar wraps to a huge index and is out of range. On bars of type 2 with
 // interval 1 the high and low carry no meaning, so the close stands in for both.
 double CSystemFuncs::RealHigh(int32_t offset) {
-    const bool closeOnly = CloseStandsForHighAndLow(BarType(), BarInterval());
     if (m_pBaseData == nullptr) return ff::kInvalidNumeric;
+    const ffmarket::RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
+    const bool closeOnly = CloseStandsForHighAndLow(p.BarType(), p.BarInterval());
     const BarRecord* bar = StreamBar(IndexBack(m_pBaseData->CurrentBar, offset));
     if (bar == nullptr) return ff::kInvalidNumeric;
     return closeOnly ? bar->close : bar->high;
 }
 
 double CSystemFuncs::RealLow(int32_t offset) {
-    const bool closeOnly = CloseStandsForHighAndLow(BarType(), BarInterval());
     if (m_pBaseData == nullptr) return ff::kInvalidNumeric;
+    const ffmarket::RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
+    const bool closeOnly = CloseStandsForHighAndLow(p.BarType(), p.BarInterval());
     const BarRecord* bar = StreamBar(IndexBack(m_pBaseData->CurrentBar, offset));
     if (bar == nullptr) return ff::kInvalidNumeric;
     return closeOnly ? bar->close : bar->low;

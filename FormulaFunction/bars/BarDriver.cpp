@@ -122,9 +122,11 @@ void CSystemFuncs::PrepareNormalBar() {
     FollowPreviousBarExcursion();
     if (data.PerformanceMode == 2) RecordPreviousBarEquity();
 
+    // The record of the previous bar is overwritten when it exists; bar 0 has no
+    // previous bar, and its wrapped index must never reach the list.
     PositionSnapshot snapshot = PreviousBarSnapshot();
     std::vector<PositionSnapshot>& snapshots = result.PositionSnapshots;
-    if (snapshots.size() >= static_cast<uint32_t>(bar))
+    if (bar > 0 && snapshots.size() >= static_cast<uint32_t>(bar))
         snapshots[static_cast<uint32_t>(previous)] = snapshot;
     else
         snapshots.push_back(snapshot);

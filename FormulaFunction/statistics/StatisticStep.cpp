@@ -58,11 +58,17 @@ void CSystemFuncs::RecordBarPosition() {
     const int32_t bar = m_pBaseData->CurrentBar;
     if (bar < 0) return;
     BarPosition record;
-    record.dContracts = CurrentContracts();
+    const double contracts = CurrentContracts();
+    record.dContracts = contracts;
     record.dAvgEntryPrice = AvgEntryPrice();
     record.nMarketPosition = MarketPosition();
     record.dNetProfit = NetProfit();
-    record.dEquity = record.dNetProfit + PositionProfit();
+    // PositionProfit() with the size and the average already at hand.
+    const double perContract =
+        IsFlatContracts(contracts)
+            ? 0.0
+            : GetProfitLoss(IsLongContracts(contracts), record.dAvgEntryPrice, Close());
+    record.dEquity = record.dNetProfit + perContract * std::fabs(contracts);
     std::vector<BarPosition>& series = m_pBaseData->Result->PositionSeries;
     if (series.size() < static_cast<size_t>(bar) + 1)
         series.push_back(record);

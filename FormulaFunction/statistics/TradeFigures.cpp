@@ -6,6 +6,7 @@
 #include "FormulaFunction/FormulaFunction.h"
 
 #include "FormulaFunction/DerivedCaches.h"
+#include "FormulaFunction/market/RememberedProperties.h"
 #include "FormulaFunction/trading/TradingRules.h"
 
 using namespace fftrading;
@@ -29,12 +30,13 @@ void CSystemFuncs::AppendValuationInputs(int32_t dataIndex) {
     inputs.nDataIndex = dataIndex;
     const int32_t savedIndex = m_pBaseData->DataIndex;
     m_pBaseData->DataIndex = dataIndex;
-    inputs.nMarginMode = MarginMode();
-    inputs.nMinMove = MinMove();
-    inputs.nContractUnit = ContractUnit();
-    inputs.dContractSize = ContractSize();
-    inputs.dBigPointValue = BigPointValue();
-    inputs.dPriceScale = PriceScale();
+    const ffmarket::RememberedProperties p(*this, Derived().Values, dataIndex);
+    inputs.nMarginMode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
+    inputs.nMinMove = p.MinMove();
+    inputs.nContractUnit = p.ContractUnit();
+    inputs.dContractSize = p.ContractSize();
+    inputs.dBigPointValue = p.BigPointValue();
+    inputs.dPriceScale = p.PriceScale();
     m_pBaseData->DataIndex = savedIndex;
     Derived().TradeFigures.instruments.push_back(inputs);
 }

@@ -6,9 +6,12 @@
 
 #include <cmath>
 
+#include "FormulaFunction/DerivedCaches.h"
+#include "FormulaFunction/market/RememberedProperties.h"
 #include "FormulaFunction/trading/TradingRules.h"
 
 using namespace fftrading;
+using ffmarket::RememberedProperties;
 
 namespace {
 
@@ -22,11 +25,12 @@ bool IsFixedValueMode(int32_t mode) { return mode == 2 || mode == 3; }
 // modes the move is converted at the price it ended at.
 double CSystemFuncs::GetProfitLoss(bool isLong, double entryPrice, double price) {
     if (m_pBaseData == nullptr) return 0.0;
+    const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
     const double move = isLong ? price - entryPrice : entryPrice - price;
-    const int32_t mode = MarginMode();
-    if (mode == 1) return ContractSize() * move;
-    if (IsFixedValueMode(mode)) return ContractSize() * move / price;
-    if (mode == 4) return ContractUnit() * BigPointValue() * move;
+    const int32_t mode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
+    if (mode == 1) return p.ContractSize() * move;
+    if (IsFixedValueMode(mode)) return p.ContractSize() * move / price;
+    if (mode == 4) return p.ContractUnit() * p.BigPointValue() * move;
     return 0.0;
 }
 
@@ -34,11 +38,12 @@ double CSystemFuncs::GetProfitLoss(bool isLong, double entryPrice, double price)
 // the margin does not depend on it.
 double CSystemFuncs::GetRequiredMargin(double lots, double price) {
     if (m_pBaseData == nullptr) return 0.0;
-    const int32_t mode = MarginMode();
-    (void)PriceScale();
-    if (mode == 1) return ContractSize() * m_pBaseData->MarginRate * lots * price;
-    if (IsFixedValueMode(mode)) return ContractSize() * m_pBaseData->MarginRate * lots;
-    if (mode == 4) return ContractUnit() * MarginRatio() * BigPointValue() * lots * price;
+    const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
+    const int32_t mode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
+    (void)p.PriceScale();
+    if (mode == 1) return p.ContractSize() * m_pBaseData->MarginRate * lots * price;
+    if (IsFixedValueMode(mode)) return p.ContractSize() * m_pBaseData->MarginRate * lots;
+    if (mode == 4) return p.ContractUnit() * p.MarginRatio() * p.BigPointValue() * lots * price;
     return 0.0;
 }
 
@@ -48,10 +53,11 @@ double CSystemFuncs::GetRequiredMargin(double lots, double price) {
 // entry price itself, rounded down, is the answer.
 double CSystemFuncs::GetMarginCallPrice(double amount, double entryPrice, double contracts) {
     if (m_pBaseData == nullptr) return entryPrice;
-    const int32_t mode = MarginMode();
+    const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
+    const int32_t mode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
     double price = entryPrice;
     if (contracts != 0.0 && (mode == 1 || IsFixedValueMode(mode) || mode == 4)) {
-        const double perPoint = mode == 4 ? ContractUnit() * BigPointValue() : ContractSize();
+        const double perPoint = mode == 4 ? p.ContractUnit() * p.BigPointValue() : p.ContractSize();
         if (IsFixedValueMode(mode))
             price = entryPrice / (amount / (perPoint * contracts) + 1);
         else
@@ -70,18 +76,22 @@ double CSystemFuncs::GetCommission(double lots, double price) {
     if (m_pBaseData == nullptr) return 0.0;
     const double value = m_pBaseData->CommissionValue;
     if (m_pBaseData->CommissionType == 1) {
+        const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
         const double ticks = std::trunc(value);
-        const int32_t mode = MarginMode();
+        const int32_t mode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
         if (mode == 1)
-            return ticks * MinMove() * PriceScale() * ContractSize() * lots * price;
+            return ticks * p.MinMove() * p.PriceScale() * p.ContractSize() * lots * price;
         if (IsFixedValueMode(mode))
-            return ticks * MinMove() * PriceScale() * ContractSize() * lots;
+            return ticks * p.MinMove() * p.PriceScale() * p.ContractSize() * lots;
         if (mode == 4)
-            return ticks * MinMove() * ContractUnit() * PriceScale() * BigPointValue() * lots;
+            return ticks * p.MinMove() * p.ContractUnit() * p.PriceScale() * p.BigPointValue() *
+                   lots;
         return 0.0;
     }
-    if (m_pBaseData->CommissionType == 2)
-        return ContractUnit() * BigPointValue() * (value * 0.0001) * lots * price;
+    if (m_pBaseData->CommissionType == 2) {
+        const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
+        return p.ContractUnit() * p.BigPointValue() * (value * 0.0001) * lots * price;
+    }
     return lots * value;
 }
 

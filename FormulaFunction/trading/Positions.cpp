@@ -9,13 +9,6 @@
 
 using namespace fftrading;
 
-// Only a trading strategy with a result block has a simulated position; every other
-// formula sees a flat strategy with no history.
-bool CSystemFuncs::InStrategy() const {
-    return m_pBaseData != nullptr && m_pBaseData->FormulaKind == 7 &&
-           m_pBaseData->Result != nullptr;
-}
-
 int32_t CSystemFuncs::GetCurrentEntryPositions() {
     if (!InStrategy()) return 0;
     return static_cast<int32_t>(m_pBaseData->OpenEntries.size());

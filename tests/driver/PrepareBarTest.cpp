@@ -114,6 +114,20 @@ TEST_F(DriverTest, SameDayOfAnotherMonthIsNoNewDay) {
     }
 }
 
+// Bar 0 has no previous bar: the step that settles one must leave the records of
+// the earlier bars alone and never index the snapshot list with a wrapped index.
+TEST_F(DriverTest, SettlingAPreviousBarOnBarZeroOverwritesNothing) {
+    Evaluate(0, nullptr);
+    Evaluate(1, nullptr);
+    ASSERT_EQ(1u, result.PositionSnapshots.size());
+    result.PositionSnapshots[0].dCloseEquity = 123.0;
+    data.CurrentBar = 0;
+    Access::PrepareNormalBar(funcs);
+    ASSERT_EQ(2u, result.PositionSnapshots.size());
+    EXPECT_EQ(123.0, result.PositionSnapshots[0].dCloseEquity);
+    EXPECT_EQ(0.0, result.PositionSnapshots[1].dCloseEquity);
+}
+
 TEST_F(DriverTest, ContractsOfATenThousandthAreFlat) {
     for (int32_t type : {1, 3}) {
         Evaluate(0, nullptr);

@@ -10,6 +10,9 @@ struct CSystemFuncsTestAccess {
     static double RealHigh(CSystemFuncs& f, int32_t offset) { return f.RealHigh(offset); }
     static double RealLow(CSystemFuncs& f, int32_t offset) { return f.RealLow(offset); }
 
+    // Per-bar driver.
+    static void PrepareNormalBar(CSystemFuncs& f) { f.PrepareNormalBar(); }
+
     // Properties.
     static bool GetPropertys(CSystemFuncs& f, int32_t id, tagKelDataType& value) {
         return f.GetPropertys(id, value);
