@@ -10,37 +10,25 @@
 
 #include "FormulaFunction/FormulaFunction.h"
 #include "FormulaFunction/market/CachedValueSlots.h"
+#include "FormulaFunction/market/ValueIds.h"
 
 namespace ffmarket {
-
-// Property ids of the instrument properties these reads serve.
-enum PropertyId : int32_t {
-    kBarInterval = 1,
-    kBarType = 2,
-    kContractSize = 7,
-    kMinMove = 15,
-    kPriceScale = 16,
-    kBigPointValue = 21,
-    kContractUnit = 23,
-    kMarginRatio = 24,
-    kMarginMode = 25,
-};
 
 class RememberedProperties {
 public:
     RememberedProperties(CSystemFuncs& funcs, CachedValueSlots& slots, int32_t dataIndex)
         : funcs_(funcs), slots_(slots), dataIndex_(dataIndex) {}
 
-    int32_t BarInterval() const { return Long(kBarInterval, [this] { return funcs_.BarInterval(); }); }
-    int32_t BarType() const { return Long(kBarType, [this] { return funcs_.BarType(); }); }
-    double ContractSize() const { return Double(kContractSize, [this] { return funcs_.ContractSize(); }); }
-    int32_t MinMove() const { return Long(kMinMove, [this] { return funcs_.MinMove(); }); }
-    double PriceScale() const { return Double(kPriceScale, [this] { return funcs_.PriceScale(); }); }
+    int32_t BarInterval() const { return Long(kPropertyBarInterval, [this] { return funcs_.BarInterval(); }); }
+    int32_t BarType() const { return Long(kPropertyBarType, [this] { return funcs_.BarType(); }); }
+    double ContractSize() const { return Double(kPropertyContractSize, [this] { return funcs_.ContractSize(); }); }
+    int32_t MinMove() const { return Long(kPropertyMinMove, [this] { return funcs_.MinMove(); }); }
+    double PriceScale() const { return Double(kPropertyPriceScale, [this] { return funcs_.PriceScale(); }); }
     double BigPointValue() const {
-        return Double(kBigPointValue, [this] { return funcs_.BigPointValue(); });
+        return Double(kPropertyBigPointValue, [this] { return funcs_.BigPointValue(); });
     }
-    int32_t ContractUnit() const { return Long(kContractUnit, [this] { return funcs_.ContractUnit(); }); }
-    double MarginRatio() const { return Double(kMarginRatio, [this] { return funcs_.MarginRatio(); }); }
+    int32_t ContractUnit() const { return Long(kPropertyContractUnit, [this] { return funcs_.ContractUnit(); }); }
+    double MarginRatio() const { return Double(kPropertyMarginRatio, [this] { return funcs_.MarginRatio(); }); }
 
     template <class Lookup>
     int32_t Long(int32_t id, Lookup lookup) const {

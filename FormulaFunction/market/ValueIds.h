@@ -1,11 +1,40 @@
-// Ids of the quote and account values in PropertyCache. The id selects the field a
-// fetch fills in and the shortcut slot of CachedValueSlots; one id always goes with
-// one key. The instrument properties use their own property ids, 1 to 25.
+// Ids of the values kept in PropertyCache: instrument properties, quotes and account
+// values. The id selects the field a fetch fills in and the shortcut slot of
+// CachedValueSlots; one id always goes with one key.
 #pragma once
 
 #include <cstdint>
 
 namespace ffmarket {
+
+// Ids of the instrument properties, as GetPropertys takes them; 18 names no value.
+enum PropertyId : int32_t {
+    kPropertyBarInterval = 1,
+    kPropertyBarType = 2,
+    kPropertyCanMarketOrder = 3,
+    kPropertyCanShortTrade = 4,
+    kPropertyCanStopOrder = 5,
+    kPropertyCanTrade = 6,
+    kPropertyContractSize = 7,
+    kPropertyCurrencyName = 8,
+    kPropertyCurrencySymbol = 9,
+    kPropertyExchangeName = 10,
+    kPropertyExpiredDate = 11,
+    kPropertyInitialMargin = 12,
+    kPropertyMaintenanceMargin = 13,
+    kPropertyMaxSingleTradeSize = 14,
+    kPropertyMinMove = 15,
+    kPropertyPriceScale = 16,
+    kPropertySpread = 17,
+    kPropertyReserved = 18,
+    kPropertySymbolName = 19,
+    kPropertySymbolType = 20,
+    kPropertyBigPointValue = 21,
+    kPropertyBidAskSize = 22,
+    kPropertyContractUnit = 23,
+    kPropertyMarginRatio = 24,
+    kPropertyMarginMode = 25,
+};
 
 enum QuoteValueId : int32_t {
     kQuoteAskPrice = 32,

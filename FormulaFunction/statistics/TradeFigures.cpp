@@ -31,7 +31,7 @@ void CSystemFuncs::AppendValuationInputs(int32_t dataIndex) {
     const int32_t savedIndex = m_pBaseData->DataIndex;
     m_pBaseData->DataIndex = dataIndex;
     const ffmarket::RememberedProperties p(*this, Derived().Values, dataIndex);
-    inputs.nMarginMode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
+    inputs.nMarginMode = p.Long(ffmarket::kPropertyMarginMode, [this] { return MarginMode(); });
     inputs.nMinMove = p.MinMove();
     inputs.nContractUnit = p.ContractUnit();
     inputs.dContractSize = p.ContractSize();

@@ -27,7 +27,7 @@ double CSystemFuncs::GetProfitLoss(bool isLong, double entryPrice, double price)
     if (m_pBaseData == nullptr) return 0.0;
     const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
     const double move = isLong ? price - entryPrice : entryPrice - price;
-    const int32_t mode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
+    const int32_t mode = p.Long(ffmarket::kPropertyMarginMode, [this] { return MarginMode(); });
     if (mode == 1) return p.ContractSize() * move;
     if (IsFixedValueMode(mode)) return p.ContractSize() * move / price;
     if (mode == 4) return p.ContractUnit() * p.BigPointValue() * move;
@@ -39,7 +39,7 @@ double CSystemFuncs::GetProfitLoss(bool isLong, double entryPrice, double price)
 double CSystemFuncs::GetRequiredMargin(double lots, double price) {
     if (m_pBaseData == nullptr) return 0.0;
     const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
-    const int32_t mode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
+    const int32_t mode = p.Long(ffmarket::kPropertyMarginMode, [this] { return MarginMode(); });
     (void)p.PriceScale();
     if (mode == 1) return p.ContractSize() * m_pBaseData->MarginRate * lots * price;
     if (IsFixedValueMode(mode)) return p.ContractSize() * m_pBaseData->MarginRate * lots;
@@ -54,7 +54,7 @@ double CSystemFuncs::GetRequiredMargin(double lots, double price) {
 double CSystemFuncs::GetMarginCallPrice(double amount, double entryPrice, double contracts) {
     if (m_pBaseData == nullptr) return entryPrice;
     const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
-    const int32_t mode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
+    const int32_t mode = p.Long(ffmarket::kPropertyMarginMode, [this] { return MarginMode(); });
     double price = entryPrice;
     if (contracts != 0.0 && (mode == 1 || IsFixedValueMode(mode) || mode == 4)) {
         const double perPoint = mode == 4 ? p.ContractUnit() * p.BigPointValue() : p.ContractSize();
@@ -78,7 +78,7 @@ double CSystemFuncs::GetCommission(double lots, double price) {
     if (m_pBaseData->CommissionType == 1) {
         const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
         const double ticks = std::trunc(value);
-        const int32_t mode = p.Long(ffmarket::kMarginMode, [this] { return MarginMode(); });
+        const int32_t mode = p.Long(ffmarket::kPropertyMarginMode, [this] { return MarginMode(); });
         if (mode == 1)
             return ticks * p.MinMove() * p.PriceScale() * p.ContractSize() * lots * price;
         if (IsFixedValueMode(mode))
