@@ -1,6 +1,10 @@
 #include "datafeed/Schema.h"
 
+#include <sqlite3.h>
+
+#include <chrono>
 #include <string>
+#include <thread>
 
 #include "datafeed/Database.h"
 #include "datafeed/DatafeedError.h"
@@ -91,15 +95,36 @@ bool NeedsTables(Database& db) {
     throw DatafeedError(db.Path() + ": not a datafeed database");
 }
 
+// Switches the file to write-ahead logging and returns the journal mode it has now.
+// Two processes opening a new file at once both ask for the switch, which needs the
+// file to itself; SQLite answers the one that would wait on the other "locked" at
+// once rather than through the busy timeout, so the switch is tried again, for about
+// as long as the busy timeout.
+std::string SwitchToWriteAheadLog(Database& db) {
+    for (int attempt = 0;; ++attempt) {
+        try {
+            Statement journal(db, "PRAGMA journal_mode=WAL");
+            return journal.Step() ? journal.Text(0) : std::string();
+        } catch (const DatafeedError&) {
+            if ((sqlite3_errcode(db.Handle()) & 0xff) != SQLITE_BUSY || attempt >= 1000) throw;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
 }  // namespace
 
 void PrepareSchema(Database& db) {
-    const bool empty = NeedsTables(db);
+    // The id and the table count are read in one snapshot: read one by one, another
+    // process creating the tables in between made a new file look foreign.
+    bool empty = false;
     {
-        Statement journal(db, "PRAGMA journal_mode=WAL");
-        if (!journal.Step() || journal.Text(0) != "wal") {
-            throw DatafeedError(db.Path() + ": cannot use write-ahead logging");
-        }
+        Transaction snapshot(db, Transaction::Read);
+        empty = NeedsTables(db);
+        snapshot.Commit();
+    }
+    if (SwitchToWriteAheadLog(db) != "wal") {
+        throw DatafeedError(db.Path() + ": cannot use write-ahead logging");
     }
     // In write-ahead mode NORMAL keeps every commit whole; only the last commits before a
     // power loss may be missing afterwards.
