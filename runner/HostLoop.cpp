@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "runner/MemoryAdvice.h"
+
 namespace ffrunner {
 
 std::vector<BarRecord> LiveBarStates(const BarRecord& final, int32_t updates) {
@@ -30,11 +32,22 @@ std::vector<BarRecord> LiveBarStates(const BarRecord& final, int32_t updates) {
     return states;
 }
 
+namespace {
+
+template <class Record>
+void ReserveRecords(std::vector<Record>& series, size_t bars) {
+    if (series.capacity() >= bars) return;
+    series.reserve(bars);
+    AdviseLargePages(series.data() + series.size(), (series.capacity() - series.size()) * sizeof(Record));
+}
+
+}  // namespace
+
 void ReservePerBarRecords(CStrategyResult& result, size_t bars) {
-    result.PositionSnapshots.reserve(bars);
-    result.PositionSeries.reserve(bars);
-    result.BarEquityList.reserve(bars);
-    result.EquityHistory.reserve(bars);
+    ReserveRecords(result.PositionSnapshots, bars);
+    ReserveRecords(result.PositionSeries, bars);
+    ReserveRecords(result.BarEquityList, bars);
+    ReserveRecords(result.EquityHistory, bars);
 }
 
 void LiveBarStatistics::Save(const CStrategyResult& result) {

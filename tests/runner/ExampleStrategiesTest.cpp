@@ -10,11 +10,11 @@
 #include "examples/strategies/StrategyCatalogue.h"
 #include "runner/BarCsv.h"
 #include "runner/HostLoop.h"
-#include "runner/RebarFeed.h"
 #include "runner/Report.h"
 #include "runner/ReportWriters.h"
 #include "runner/SyntheticBars.h"
 #include "runner/ZoneClock.h"
+#include "support/RebarFeed.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 
 #include "FormulaFunction/FormulaFunction.h"
 #include "runner/HostLoop.h"
-#include "runner/RebarFeed.h"
 #include "runner/Report.h"
 #include "runner/ReportWriters.h"
 #include "runner/ZoneClock.h"
+#include "support/RebarFeed.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
-// A datafeed for the host loop's tests: every instrument is rebar-like (margin mode
-// 4, 10 units a contract, tick 1); there are no quotes, accounts or orders.
+// A datafeed for the host loop's tests and benchmarks: every instrument is
+// rebar-like (margin mode 4, 10 units a contract, tick 1); there are no quotes,
+// accounts or orders.
 #pragma once
 
 #include "host/SubscibeManage.h"
