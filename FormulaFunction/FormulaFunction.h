@@ -17,6 +17,11 @@
 #include "host/SubscibeManage.h"
 
 struct DerivedCaches;
+struct ValuationInputs;
+namespace fftrading {
+struct MoneyTerms;
+struct OpenPosition;
+}  // namespace fftrading
 
 // One object per running formula instance, bound to that instance's host data
 // object. The compiled formula calls the public members as its built-in functions.
@@ -400,6 +405,7 @@ private:
     // Private helpers of bar access.
     double RealHigh(int32_t offset);
     double RealLow(int32_t offset);
+    void RealHighLow(int32_t offset, double& high, double& low);
     // The bar at `index` of the current data stream, or null when the stream or the
     // bar does not exist.
     const BarRecord* StreamBar(uint32_t index) {
@@ -412,24 +418,25 @@ private:
     const BarRecord* CurrentStreamBar();
 
     // Private helpers of the per-bar driver.
+    class Valuation;
     void PrepareFirstBar();
     void PrepareNormalBar();
     void SaveLastBarData();
     void DetectNewDay();
-    void FollowPreviousBarExcursion();
+    bool FollowPreviousBarExcursion(const fftrading::OpenPosition& position, Valuation& value);
     void CloseOnPreviousBar(double price);
-    void RecordPreviousBarEquity();
+    void RecordPreviousBarEquity(const fftrading::OpenPosition& position, Valuation& value);
     double PreviousBarCommission(int32_t bar);
     void TrackEquity(double equity, int64_t time);
-    PositionSnapshot PreviousBarSnapshot();
+    PositionSnapshot PreviousBarSnapshot(const fftrading::OpenPosition& position, Valuation& value);
     void RunDelayedSignals();
     void MarkRestorePoint();
     int64_t MainBarTime(int32_t bar);
     double MainBarClose(int32_t bar);
-    void FollowBarExcursion();
-    void RecordBarPosition();
+    bool FollowBarExcursion(const fftrading::OpenPosition& position, Valuation& value);
+    void RecordBarPosition(const fftrading::OpenPosition& position, Valuation& value);
     void SummarizeTrades();
-    void RecordBarEquity();
+    void RecordBarEquity(const fftrading::OpenPosition& position, Valuation& value);
     double BarCommission(int32_t bar);
 
     // Where SignalHistory and TradeList stood when the state of the live last bar was
@@ -478,6 +485,8 @@ private:
     const PositionSnapshot* LinkedSnapshot();
     double GetProfitLoss(bool isLong, double entryPrice, double price);
     double GetRequiredMargin(double lots, double price);
+    bool RememberedMoneyTerms(fftrading::MoneyTerms& terms);
+    fftrading::OpenPosition ReadOpenPosition();
     double GetMarginCallPrice(double amount, double entryPrice, double contracts);
     double GetCommission(double lots, double price);
     double GetDoubleCommission(const tagTradeList& trade);
@@ -534,6 +543,7 @@ private:
     bool UpdateTradeFigures();
     bool TradeFiguresHold();
     void AppendValuationInputs(int32_t dataIndex);
+    bool RememberedValuationInputs(int32_t dataIndex, ValuationInputs& inputs);
 
     // Private helpers of the output functions.
     bool PlotTargetBar(const std::string& name, int32_t barsAgo, size_t& index);

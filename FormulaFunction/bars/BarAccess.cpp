@@ -115,6 +115,32 @@ double CSystemFuncs::RealHigh(int32_t offset) {
     return closeOnly ? bar->close : bar->high;
 }
 
+// Both answers above with one look at the bar type and interval, when both are
+// remembered PropertyCache entries (reading them again would change nothing);
+// otherwise the two calls themselves.
+void CSystemFuncs::RealHighLow(int32_t offset, double& high, double& low) {
+    if (m_pBaseData == nullptr) {
+        high = low = ff::kInvalidNumeric;
+        return;
+    }
+    const CachedValueSlots::Row* row = Derived().Values.Entries(PropertyCache, m_pBaseData->DataIndex);
+    const tagKelDataType* type = row ? (*row)[ffmarket::kPropertyBarType] : nullptr;
+    const tagKelDataType* interval = row ? (*row)[ffmarket::kPropertyBarInterval] : nullptr;
+    if (type == nullptr || interval == nullptr) {
+        high = RealHigh(offset);
+        low = RealLow(offset);
+        return;
+    }
+    const BarRecord* bar = StreamBar(IndexBack(m_pBaseData->CurrentBar, offset));
+    if (bar == nullptr) {
+        high = low = ff::kInvalidNumeric;
+        return;
+    }
+    const bool closeOnly = CloseStandsForHighAndLow(type->nValue, interval->nValue);
+    high = closeOnly ? bar->close : bar->high;
+    low = closeOnly ? bar->close : bar->low;
+}
+
 double CSystemFuncs::RealLow(int32_t offset) {
     if (m_pBaseData == nullptr) return ff::kInvalidNumeric;
     const ffmarket::RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);

@@ -8,6 +8,7 @@
 
 #include "FormulaFunction/DerivedCaches.h"
 #include "FormulaFunction/trading/TradingRules.h"
+#include "FormulaFunction/trading/Valuation.h"
 
 using namespace fftrading;
 
@@ -111,7 +112,9 @@ void CSystemFuncs::RestoreLastBar() {
     }
 }
 
-// Settles what bar t - 1 left behind before the formula runs for bar t.
+// Settles what bar t - 1 left behind before the formula runs for bar t. The position
+// and the instrument's terms are read once; a margin call closes the position and
+// they are read again.
 void CSystemFuncs::PrepareNormalBar() {
     CKelBaseData& data = *m_pBaseData;
     CStrategyResult& result = *data.Result;
@@ -119,12 +122,17 @@ void CSystemFuncs::PrepareNormalBar() {
     const int32_t previous = WrappingSub(bar, 1);
 
     DetectNewDay();
-    FollowPreviousBarExcursion();
-    if (data.PerformanceMode == 2) RecordPreviousBarEquity();
+    OpenPosition position = ReadOpenPosition();
+    Valuation value(*this);
+    if (FollowPreviousBarExcursion(position, value)) {
+        position = ReadOpenPosition();
+        value = Valuation(*this);
+    }
+    if (data.PerformanceMode == 2) RecordPreviousBarEquity(position, value);
 
     // The record of the previous bar is overwritten when it exists; bar 0 has no
     // previous bar, and its wrapped index must never reach the list.
-    PositionSnapshot snapshot = PreviousBarSnapshot();
+    PositionSnapshot snapshot = PreviousBarSnapshot(position, value);
     std::vector<PositionSnapshot>& snapshots = result.PositionSnapshots;
     if (bar > 0 && snapshots.size() >= static_cast<uint32_t>(bar))
         snapshots[static_cast<uint32_t>(previous)] = snapshot;
@@ -142,6 +150,10 @@ void CSystemFuncs::PrepareNormalBar() {
 void CSystemFuncs::DetectNewDay() {
     CStrategyResult& result = *m_pBaseData->Result;
     const int64_t now = MainBarTime(m_pBaseData->CurrentBar);
+    if (Derived().LocalDays.InOneKnownDay(result.DayStartTime / 1000, now / 1000)) {
+        result.NewDay = false;
+        return;
+    }
     ffplatform::LocalTime start, current;
     const bool known = Derived().LocalDays.ToLocal(result.DayStartTime / 1000, start) &&
                        Derived().LocalDays.ToLocal(now / 1000, current);
@@ -155,36 +167,37 @@ void CSystemFuncs::DetectNewDay() {
 
 // Raises the open position's best and lowers its worst excursion with the previous
 // bar's range, then liquidates the position when its equity at the previous close no
-// longer covers the margin. The forced exit is booked on the previous bar.
-void CSystemFuncs::FollowPreviousBarExcursion() {
+// longer covers the margin. The forced exit is booked on the previous bar. True when
+// it was.
+bool CSystemFuncs::FollowPreviousBarExcursion(const OpenPosition& position, Valuation& value) {
     CKelBaseData& data = *m_pBaseData;
     PositionFigures& figures = data.Result->Figures;
-    const double contracts = CurrentContracts();
-    if (IsFlatContracts(contracts)) {
+    if (position.IsFlat()) {
         figures.MaxPositionProfitMark = 0.0;
         figures.MaxPositionLossMark = 0.0;
-        return;
+        return false;
     }
-    const double high = RealHigh(1);
-    const double low = RealLow(1);
+    double high = 0.0, low = 0.0;
+    RealHighLow(1, high, low);
     const double close = MainBarClose(WrappingSub(data.CurrentBar, 1));
-    const double average = AvgEntryPrice();
-    const double lots = std::fabs(contracts);
-    const bool isLong = IsLongContracts(contracts);
+    const double average = position.average;
+    const double lots = position.Lots();
+    const bool isLong = position.IsLong();
 
-    const double margin = GetRequiredMargin(lots, close);
-    const double best = GetProfitLoss(isLong, average, isLong ? high : low) * lots;
-    double worst = GetProfitLoss(isLong, average, isLong ? low : high) * lots;
-    const double open = GetProfitLoss(isLong, average, close) * lots;
+    const double margin = value.RequiredMargin(lots, close);
+    const double best = value.ProfitLoss(isLong, average, isLong ? high : low) * lots;
+    double worst = value.ProfitLoss(isLong, average, isLong ? low : high) * lots;
+    const double open = value.ProfitLoss(isLong, average, close) * lots;
     if (best >= figures.MaxPositionProfitMark) figures.MaxPositionProfitMark = best;
     if (worst <= figures.MaxPositionLossMark) figures.MaxPositionLossMark = worst;
 
     const double equity = open + figures.Capital;
-    if (equity - margin >= 0.0) return;
-    const double price = GetMarginCallPrice(equity, average, contracts);
+    if (equity - margin >= 0.0) return false;
+    const double price = GetMarginCallPrice(equity, average, position.contracts);
     CloseOnPreviousBar(price);
     worst = GetProfitLoss(isLong, average, price) * lots;
     if (worst < figures.MaxPositionLossMark) figures.MaxPositionLossMark = worst;
+    return true;
 }
 
 // Closes the whole position at the price with the exit booked on the bar before the
@@ -207,15 +220,14 @@ void CSystemFuncs::CloseOnPreviousBar(double price) {
 // closed, the exit side unless FreeCommission makes that trip's close free. Each side
 // is valued with the instrument of the entry, as a round trip is. The two rules agree
 // on a bar whose entries were all closed on it.
-void CSystemFuncs::RecordPreviousBarEquity() {
+void CSystemFuncs::RecordPreviousBarEquity(const OpenPosition& position, Valuation& value) {
     CKelBaseData& data = *m_pBaseData;
     CStrategyResult& result = *data.Result;
     const double capital = result.Figures.Capital;
     const int32_t previous = WrappingSub(data.CurrentBar, 1);
     const int64_t time = MainBarTime(previous);
-    const double contracts = CurrentContracts();
 
-    if (IsFlatContracts(contracts)) {
+    if (position.IsFlat()) {
         double commission = 0.0;
         bool closed = false;
         for (size_t i = data.TradeList.size(); i > 0; --i) {
@@ -236,9 +248,8 @@ void CSystemFuncs::RecordPreviousBarEquity() {
 
     ++result.BarsInMarket;
     const double close = MainBarClose(previous);
-    const double lots = std::fabs(contracts);
-    const double margin = GetRequiredMargin(lots, close);
-    const double open = GetProfitLoss(IsLongContracts(contracts), AvgEntryPrice(), close) * lots;
+    const double margin = value.RequiredMargin(position.Lots(), close);
+    const double open = value.OpenProfit(position, close);
     const double free = capital - margin + open;
     const double equity = free + margin;
     const double commission = PreviousBarCommission(previous);
@@ -299,19 +310,15 @@ void CSystemFuncs::TrackEquity(double equity, int64_t time) {
 }
 
 // The position as the previous bar closed, valued at that bar's close.
-PositionSnapshot CSystemFuncs::PreviousBarSnapshot() {
+PositionSnapshot CSystemFuncs::PreviousBarSnapshot(const OpenPosition& position, Valuation& value) {
     PositionSnapshot snapshot;
-    const double contracts = CurrentContracts();
-    snapshot.dAvgEntryPrice = AvgEntryPrice();
-    snapshot.dCurrentContracts = contracts;
-    snapshot.nMarketPosition = MarketPosition();
+    snapshot.dAvgEntryPrice = position.average;
+    snapshot.dCurrentContracts = position.contracts;
+    snapshot.nMarketPosition = position.marketPosition;
     snapshot.dCloseEquity = NetProfit();
     double open = 0.0;
-    if (!IsFlatContracts(contracts)) {
-        const double close = MainBarClose(WrappingSub(m_pBaseData->CurrentBar, 1));
-        open = GetProfitLoss(IsLongContracts(contracts), snapshot.dAvgEntryPrice, close) *
-               std::fabs(contracts);
-    }
+    if (!position.IsFlat())
+        open = value.OpenProfit(position, MainBarClose(WrappingSub(m_pBaseData->CurrentBar, 1)));
     snapshot.dOpenEquity = snapshot.dCloseEquity + open;
     return snapshot;
 }

@@ -40,6 +40,17 @@ bool LocalDayCache::ToLocal(int64_t seconds, ffplatform::LocalTime& out) {
     return true;
 }
 
+bool LocalDayCache::InOneKnownDay(int64_t a, int64_t b) const {
+    for (const Day& day : days_) {
+        const uint64_t first = static_cast<uint64_t>(a) - static_cast<uint64_t>(day.start);
+        const uint64_t second = static_cast<uint64_t>(b) - static_cast<uint64_t>(day.start);
+        if (day.valid && first < static_cast<uint64_t>(kSecondsPerDay) &&
+            second < static_cast<uint64_t>(kSecondsPerDay))
+            return true;
+    }
+    return false;
+}
+
 // Keeps the local day of `seconds` (whose system conversion is `local`) when the
 // whole day is uniform; answers whether it did. The day replaces the one used less
 // recently, so two alternating days both stay.

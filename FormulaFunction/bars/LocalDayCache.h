@@ -26,6 +26,10 @@ public:
     // The same answer as ffplatform::ToLocalTime(seconds, out).
     bool ToLocal(int64_t seconds, ffplatform::LocalTime& out);
 
+    // True when one remembered day holds both times: their local dates are then the
+    // same. False says nothing.
+    bool InOneKnownDay(int64_t a, int64_t b) const;
+
 private:
     struct Day {
         bool valid = false;

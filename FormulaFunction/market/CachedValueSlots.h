@@ -32,13 +32,23 @@ public:
     static constexpr int32_t kDataIndexes = 64;
 
     using Cache = std::map<std::string, tagKelDataType>;
+    using Row = std::array<const tagKelDataType*, kValueIds>;
 
     // The remembered entry of (dataIndex, valueId), or null.
     const tagKelDataType* Find(const Cache& cache, int32_t dataIndex, int32_t valueId) {
+        const Row* row = Entries(cache, dataIndex);
+        if (row == nullptr || valueId < 0 || valueId >= kValueIds) return nullptr;
+        return (*row)[static_cast<size_t>(valueId)];
+    }
+
+    // The remembered entries of a data index by value id (null where none is), or
+    // null when the index has none; for several reads at once. Valid until the next
+    // call of this object.
+    const Row* Entries(const Cache& cache, int32_t dataIndex) {
         if (cache.size() < seenSize_) Forget();
         seenSize_ = cache.size();
-        if (!Remembered(dataIndex, valueId)) return nullptr;
-        return slots_[static_cast<size_t>(dataIndex)][static_cast<size_t>(valueId)];
+        if (dataIndex < 0 || static_cast<size_t>(dataIndex) >= slots_.size()) return nullptr;
+        return &slots_[static_cast<size_t>(dataIndex)];
     }
 
     // Remembers `entry`, an element of `cache`, for (dataIndex, valueId).
@@ -51,13 +61,6 @@ public:
     }
 
 private:
-    using Row = std::array<const tagKelDataType*, kValueIds>;
-
-    bool Remembered(int32_t dataIndex, int32_t valueId) const {
-        return dataIndex >= 0 && static_cast<size_t>(dataIndex) < slots_.size() && valueId >= 0 &&
-               valueId < kValueIds;
-    }
-
     void Forget() { slots_.clear(); }
 
     std::vector<Row> slots_;

@@ -3,6 +3,7 @@
 #include "FormulaFunction/statistics/RunningTradeFigures.h"
 
 #include <cstring>
+#include <type_traits>
 
 #include "FormulaFunction/statistics/WrappingCounts.h"
 
@@ -15,14 +16,22 @@ bool SameBits(double a, double b) {
     return x == y;
 }
 
-bool SameTrip(const tagTradeList& a, const tagTradeList& b) {
-    return a.nEntryType == b.nEntryType && a.nExitType == b.nExitType &&
-           a.nEntryBar == b.nEntryBar && a.nExitBar == b.nExitBar &&
-           a.nEntrySource == b.nEntrySource && a.nExitSource == b.nExitSource &&
-           a.nEntryDataIndex == b.nEntryDataIndex && a.nExitDataIndex == b.nExitDataIndex &&
-           SameBits(a.dLots, b.dLots) && SameBits(a.dEntryPrice, b.dEntryPrice) &&
-           SameBits(a.dExitPrice, b.dExitPrice);
+// A round trip is eight 32-bit fields and three doubles with no padding between
+// them, so comparing the bytes of runs of round trips compares every field, the
+// doubles by their bits.
+static_assert(std::is_trivially_copyable<tagTradeList>::value &&
+                  sizeof(tagTradeList) == 8 * sizeof(int32_t) + 3 * sizeof(double),
+              "round trips are compared byte for byte");
+
+namespace {
+
+bool SameTrips(const tagTradeList* a, const tagTradeList* b, size_t count) {
+    return count == 0 || std::memcmp(a, b, count * sizeof(tagTradeList)) == 0;
 }
+
+}  // namespace
+
+bool SameTrip(const tagTradeList& a, const tagTradeList& b) { return SameTrips(&a, &b, 1); }
 
 // A round trip that is neither a win nor a loss by the exact classification ends
 // both runs.
@@ -75,10 +84,7 @@ bool WalkedPrefix::Unchanged(const std::vector<tagTradeList>& trips) const {
     if (trips.size() < length) return false;
     if (length == 0) return true;
     if (!SameTrip(trips.front(), first)) return false;
-    const size_t start = length - tail.size();
-    for (size_t i = 0; i < tail.size(); ++i)
-        if (!SameTrip(trips[start + i], tail[i])) return false;
-    return true;
+    return SameTrips(trips.data() + (length - tail.size()), tail.data(), tail.size());
 }
 
 void WalkedPrefix::Clear() {

@@ -7,68 +7,76 @@
 
 #include "FormulaFunction/DerivedCaches.h"
 #include "FormulaFunction/trading/TradingRules.h"
+#include "FormulaFunction/trading/Valuation.h"
 
 using namespace fftrading;
 
+// The position and the instrument's terms are read once, and again after anything
+// that closed the position.
 void CSystemFuncs::CalStatistic() {
     if (!InStrategy()) return;
     CKelBaseData& data = *m_pBaseData;
-    FollowBarExcursion();
-    if ((data.PerformanceMode == 1 || data.PerformanceMode == 2) && data.LastBarOfRun)
+    OpenPosition position = ReadOpenPosition();
+    Valuation value(*this);
+    bool closed = FollowBarExcursion(position, value);
+    if ((data.PerformanceMode == 1 || data.PerformanceMode == 2) && data.LastBarOfRun) {
         ClosePosition(Close());
-    RecordBarPosition();
+        closed = true;
+    }
+    if (closed) {
+        position = ReadOpenPosition();
+        value = Valuation(*this);
+    }
+    RecordBarPosition(position, value);
     if (data.PerformanceMode == 1)
         SummarizeTrades();
     else if (data.PerformanceMode == 2)
-        RecordBarEquity();
+        RecordBarEquity(position, value);
 }
 
 // Follows the open position's best and worst result within the current bar. When the
 // capital with the worst result no longer covers the margin valued at that same price,
 // the position is closed, booked on the previous bar, at the price where it has lost
-// what the capital holds above that margin.
-void CSystemFuncs::FollowBarExcursion() {
+// what the capital holds above that margin. True when it was.
+bool CSystemFuncs::FollowBarExcursion(const OpenPosition& position, Valuation& value) {
     PositionFigures& figures = m_pBaseData->Result->Figures;
-    const double contracts = CurrentContracts();
-    if (std::fabs(contracts) <= kTolerance) return;
-    const bool isLong = IsLongContracts(contracts);
-    const double lots = std::fabs(contracts);
-    const double average = AvgEntryPrice();
-    const double high = RealHigh(0);
-    const double low = RealLow(0);
+    const double contracts = position.contracts;
+    if (std::fabs(contracts) <= kTolerance) return false;
+    const bool isLong = position.IsLong();
+    const double lots = position.Lots();
+    const double average = position.average;
+    double high = 0.0, low = 0.0;
+    RealHighLow(0, high, low);
     const double favourable = isLong ? high : low;
     const double adverse = isLong ? low : high;
 
-    const double margin = GetRequiredMargin(lots, adverse);
-    const double best = GetProfitLoss(isLong, average, favourable) * lots;
-    const double worst = GetProfitLoss(isLong, average, adverse) * lots;
+    const double margin = value.RequiredMargin(lots, adverse);
+    const double best = value.ProfitLoss(isLong, average, favourable) * lots;
+    const double worst = value.ProfitLoss(isLong, average, adverse) * lots;
     if (best > figures.MaxPositionProfitMark) figures.MaxPositionProfitMark = best;
     if (worst < figures.MaxPositionLossMark) figures.MaxPositionLossMark = worst;
 
-    if (figures.Capital + worst - margin >= -kTolerance) return;
+    if (figures.Capital + worst - margin >= -kTolerance) return false;
     const double price = GetMarginCallPrice(figures.Capital - margin, average, contracts);
     CloseOnPreviousBar(price);
     const double atCall = GetProfitLoss(isLong, average, price) * lots;
     if (atCall < figures.MaxPositionLossMark) figures.MaxPositionLossMark = atCall;
+    return true;
 }
 
 // The position at the end of the current bar; the record of a bar evaluated again is
 // overwritten.
-void CSystemFuncs::RecordBarPosition() {
+void CSystemFuncs::RecordBarPosition(const OpenPosition& position, Valuation& value) {
     const int32_t bar = m_pBaseData->CurrentBar;
     if (bar < 0) return;
     BarPosition record;
-    const double contracts = CurrentContracts();
-    record.dContracts = contracts;
-    record.dAvgEntryPrice = AvgEntryPrice();
-    record.nMarketPosition = MarketPosition();
+    record.dContracts = position.contracts;
+    record.dAvgEntryPrice = position.average;
+    record.nMarketPosition = position.marketPosition;
     record.dNetProfit = NetProfit();
     // PositionProfit() with the size and the average already at hand.
-    const double perContract =
-        IsFlatContracts(contracts)
-            ? 0.0
-            : GetProfitLoss(IsLongContracts(contracts), record.dAvgEntryPrice, Close());
-    record.dEquity = record.dNetProfit + perContract * std::fabs(contracts);
+    const double open = position.IsFlat() ? 0.0 : value.OpenProfit(position, Close());
+    record.dEquity = record.dNetProfit + open;
     std::vector<BarPosition>& series = m_pBaseData->Result->PositionSeries;
     if (series.size() < static_cast<size_t>(bar) + 1)
         series.push_back(record);
@@ -109,13 +117,13 @@ void CSystemFuncs::SummarizeTrades() {
 // Statistics mode 2: one equity record per bar, valued at the bar's close, with the
 // extremes of the equity, the bars in a position and the largest margins in use. A
 // bar evaluated again overwrites its record and is not counted twice.
-void CSystemFuncs::RecordBarEquity() {
+void CSystemFuncs::RecordBarEquity(const OpenPosition& position, Valuation& value) {
     CKelBaseData& data = *m_pBaseData;
     CStrategyResult& result = *data.Result;
     const int32_t bar = data.CurrentBar;
     const double capital = result.Figures.Capital;
-    const double contracts = CurrentContracts();
-    const bool inPosition = !IsFlatContracts(contracts);
+    const double contracts = position.contracts;
+    const bool inPosition = !position.IsFlat();
     std::vector<BarEquity>& list = result.BarEquityList;
     const bool again = !list.empty() && list.back().nBar == bar;
 
@@ -130,9 +138,8 @@ void CSystemFuncs::RecordBarEquity() {
     if (inPosition) {
         if (!again) ++result.nBarsWithPosition;
         const double close = Close();
-        const double lots = std::fabs(contracts);
-        margin = GetRequiredMargin(lots, close);
-        open = GetProfitLoss(IsLongContracts(contracts), AvgEntryPrice(), close) * lots;
+        margin = value.RequiredMargin(position.Lots(), close);
+        open = value.OpenProfit(position, close);
         if (margin > result.dLargestMargin) result.dLargestMargin = margin;
         double& side = IsLongContracts(contracts) ? result.dLargestLongMargin
                                                   : result.dLargestShortMargin;

@@ -41,6 +41,29 @@ void CSystemFuncs::AppendValuationInputs(int32_t dataIndex) {
     Derived().TradeFigures.instruments.push_back(inputs);
 }
 
+// The inputs of `dataIndex` when all six are remembered PropertyCache entries, so
+// that reading them has no effect beyond the answer; false when one is not.
+bool CSystemFuncs::RememberedValuationInputs(int32_t dataIndex, ValuationInputs& inputs) {
+    const CachedValueSlots::Row* row = Derived().Values.Entries(PropertyCache, dataIndex);
+    if (row == nullptr) return false;
+    const CachedValueSlots::Row& entries = *row;
+    const tagKelDataType* mode = entries[ffmarket::kPropertyMarginMode];
+    const tagKelDataType* minMove = entries[ffmarket::kPropertyMinMove];
+    const tagKelDataType* unit = entries[ffmarket::kPropertyContractUnit];
+    const tagKelDataType* size = entries[ffmarket::kPropertyContractSize];
+    const tagKelDataType* point = entries[ffmarket::kPropertyBigPointValue];
+    const tagKelDataType* scale = entries[ffmarket::kPropertyPriceScale];
+    if (!mode || !minMove || !unit || !size || !point || !scale) return false;
+    inputs.nDataIndex = dataIndex;
+    inputs.nMarginMode = mode->nValue;
+    inputs.nMinMove = minMove->nValue;
+    inputs.nContractUnit = unit->nValue;
+    inputs.dContractSize = size->dValue;
+    inputs.dBigPointValue = point->dValue;
+    inputs.dPriceScale = scale->dValue;
+    return true;
+}
+
 // Rules 2 to 4 of RunningTradeFigures.h: whether everything the walked round trips
 // were valued with is as it was. Rule 1, the round trips themselves, is the
 // caller's.
@@ -51,10 +74,16 @@ bool CSystemFuncs::TradeFiguresHold() {
                               data.SingleSideCommission, data.FreeCloseToday))
         return false;
 
-    // Each recorded data index is read again into a record at the end of the list,
-    // compared and dropped; the list keeps its capacity, so nothing is allocated.
+    // Each recorded data index is read again: from the remembered entries when they
+    // all are, or else into a record at the end of the list that is compared and
+    // dropped; the list keeps its capacity, so nothing is allocated.
     const size_t recorded = running.instruments.size();
     for (size_t i = 0; i < recorded; ++i) {
+        ValuationInputs now;
+        if (RememberedValuationInputs(running.instruments[i].nDataIndex, now)) {
+            if (!running.instruments[i].SameAs(now)) return false;
+            continue;
+        }
         AppendValuationInputs(running.instruments[i].nDataIndex);
         const bool same = running.instruments[i].SameAs(running.instruments.back());
         running.instruments.pop_back();

@@ -99,12 +99,12 @@ double CSystemFuncs::PeakGain(const StopContext& stop, double& peakPrice) {
         double high = 0.0, low = 0.0;
         ScanExtremes(stop.entryBar, true, high, low);
         peakPrice = isLong ? high : low;
-        return GetProfitLoss(isLong, stop.price, peakPrice) * stop.lots;
+        return stop.value.ProfitLoss(isLong, stop.price, peakPrice) * stop.lots;
     }
     double peak = 0.0;
     for (int32_t i = stop.entryBar; i <= stop.current; ++i) {
         const double price = ScanBarPrice(i, isLong, stop.entryBar, true);
-        const double gain = GetProfitLoss(isLong, stop.price, price) * stop.lots;
+        const double gain = stop.value.ProfitLoss(isLong, stop.price, price) * stop.lots;
         const bool further = isLong ? price > peakPrice : price < peakPrice;
         if (i == stop.entryBar || gain > peak || (gain == peak && further)) {
             peak = gain;

@@ -46,7 +46,7 @@ bool CSystemFuncs::SetExitOnClose() {
 bool CSystemFuncs::LossStopHit(const StopContext& stop, double& fill) {
     const double worst = JudgedPrice(stop.bar, !stop.isLong, stop.EnteredOnThisBar());
     const double threshold = stop.Threshold();
-    if (!(GetProfitLoss(stop.isLong, stop.price, worst) * stop.lots <= -threshold)) return false;
+    if (!(stop.value.ProfitLoss(stop.isLong, stop.price, worst) * stop.lots <= -threshold)) return false;
     const double level = GetMarginCallPrice(threshold, stop.price, stop.SignedLots());
     fill = StopFill(stop.bar, stop.isLong, false, level);
     return true;
@@ -57,7 +57,7 @@ bool CSystemFuncs::LossStopHit(const StopContext& stop, double& fill) {
 bool CSystemFuncs::ProfitTargetHit(const StopContext& stop, double& fill) {
     const double best = JudgedPrice(stop.bar, stop.isLong, stop.EnteredOnThisBar());
     const double threshold = stop.Threshold();
-    if (!(GetProfitLoss(stop.isLong, stop.price, best) * stop.lots >= threshold)) return false;
+    if (!(stop.value.ProfitLoss(stop.isLong, stop.price, best) * stop.lots >= threshold)) return false;
     const double level = GetMarginCallPrice(-threshold, stop.price, stop.SignedLots());
     fill = StopFill(stop.bar, stop.isLong, true, level);
     return true;
@@ -80,7 +80,7 @@ bool CSystemFuncs::BreakEvenHit(const StopContext& stop, double& fill) {
         return true;
     }
     const double extreme = stop.isLong ? bar.high : bar.low;
-    if (!(GetProfitLoss(stop.isLong, entry, extreme) * stop.lots >= threshold)) return false;
+    if (!(stop.value.ProfitLoss(stop.isLong, entry, extreme) * stop.lots >= threshold)) return false;
     const bool closedBack = stop.isLong ? bar.close <= entry : bar.close >= entry;
     if (!closedBack) return false;
     fill = entry;

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "FormulaFunction/FormulaFunction.h"
+#include "FormulaFunction/trading/Valuation.h"
 
 namespace ffstops {
 
@@ -59,6 +60,7 @@ struct CSystemFuncs::StopContext {
     int32_t entryBar = 0;
     int32_t current = 0;  // the bar being evaluated
     ffstops::BarPrices bar;
+    CSystemFuncs::Valuation value;  // the instrument's terms for the call
 
     int32_t mode = 0;      // 0: the amount is for the whole subject; 1: per contract
     double amount = 0.0;

@@ -24,16 +24,17 @@ bool CSystemFuncs::PrepareStop(int32_t mode, double amount, StopContext& stop) {
     if (!(amount > kTolerance)) return false;
     const double contracts = CurrentContracts();
     if (contracts > -kTolerance && contracts < kTolerance) return false;
-    if (CurrentStreamBar() == nullptr) return false;
+    const BarRecord* bar = CurrentStreamBar();
+    if (bar == nullptr) return false;
     stop.isLong = contracts > kTolerance;
     stop.lots = std::fabs(contracts);
     stop.current = current;
     stop.mode = mode;
     stop.amount = amount;
-    stop.bar.open = Open();
-    stop.bar.high = RealHigh(0);
-    stop.bar.low = RealLow(0);
-    stop.bar.close = Close();
+    stop.bar.open = bar->open;
+    RealHighLow(0, stop.bar.high, stop.bar.low);
+    stop.bar.close = bar->close;
+    stop.value.Read(*this);
     return true;
 }
 

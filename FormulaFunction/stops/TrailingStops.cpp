@@ -55,7 +55,7 @@ bool CSystemFuncs::TrailingStopHit(const StopContext& stop, double& fill) {
 
     const double threshold = stop.Threshold();
     const double worst = JudgedPrice(stop.bar, !stop.isLong, stop.EnteredOnThisBar());
-    if (-GetProfitLoss(stop.isLong, best, worst) * stop.lots >= threshold) {
+    if (-stop.value.ProfitLoss(stop.isLong, best, worst) * stop.lots >= threshold) {
         const double level = GetMarginCallPrice(threshold, best, stop.SignedLots());
         fill = StopFill(stop.bar, stop.isLong, false, level);
         return true;
@@ -63,7 +63,7 @@ bool CSystemFuncs::TrailingStopHit(const StopContext& stop, double& fill) {
     if (stop.EnteredOnThisBar()) return false;
     const double extended = stop.isLong ? (stop.bar.high > best ? stop.bar.high : best)
                                         : (stop.bar.low < best ? stop.bar.low : best);
-    if (!(-GetProfitLoss(stop.isLong, extended, stop.bar.close) * stop.lots >= threshold))
+    if (!(-stop.value.ProfitLoss(stop.isLong, extended, stop.bar.close) * stop.lots >= threshold))
         return false;
     const double level = GetMarginCallPrice(threshold, extended, stop.SignedLots());
     if (!InsideBar(stop.bar, level)) return false;
@@ -88,7 +88,7 @@ bool CSystemFuncs::PercentTrailingHit(const StopContext& stop, double& fill) {
     }
     if (stop.EnteredOnThisBar()) return false;
     const double extreme = stop.isLong ? stop.bar.high : stop.bar.low;
-    const double gain = GetProfitLoss(stop.isLong, stop.price, extreme) * stop.lots;
+    const double gain = stop.value.ProfitLoss(stop.isLong, stop.price, extreme) * stop.lots;
     if (!(gain >= stop.amount)) return false;
     const double level = GetMarginCallPrice(gain * stop.percent, extreme, stop.SignedLots());
     const bool closedBeyond = stop.isLong ? stop.bar.close <= level : stop.bar.close >= level;

@@ -9,29 +9,23 @@
 #include "FormulaFunction/DerivedCaches.h"
 #include "FormulaFunction/market/RememberedProperties.h"
 #include "FormulaFunction/trading/TradingRules.h"
+#include "FormulaFunction/trading/Valuation.h"
 
 using namespace fftrading;
 using ffmarket::RememberedProperties;
+using fftrading::MoneyTerms;
+using fftrading::IsFixedValueMode;
 
-namespace {
-
-// Margin modes: 1 the contract is worth ContractSize x price; 2 and 3 a fixed amount
-// per contract; 4 ContractUnit x BigPointValue x price. Any other mode has no value.
-bool IsFixedValueMode(int32_t mode) { return mode == 2 || mode == 3; }
-
-}  // namespace
-
-// Profit of one contract moved from the entry price to the price; in the fixed-value
-// modes the move is converted at the price it ended at.
+// Profit of one contract moved from the entry price to the price, with the terms
+// read as the instrument's properties are read for every valuation.
 double CSystemFuncs::GetProfitLoss(bool isLong, double entryPrice, double price) {
     if (m_pBaseData == nullptr) return 0.0;
     const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
-    const double move = isLong ? price - entryPrice : entryPrice - price;
-    const int32_t mode = p.Long(ffmarket::kPropertyMarginMode, [this] { return MarginMode(); });
-    if (mode == 1) return p.ContractSize() * move;
-    if (IsFixedValueMode(mode)) return p.ContractSize() * move / price;
-    if (mode == 4) return p.ContractUnit() * p.BigPointValue() * move;
-    return 0.0;
+    MoneyTerms terms;
+    terms.mode = p.Long(ffmarket::kPropertyMarginMode, [this] { return MarginMode(); });
+    if (terms.mode == 1 || IsFixedValueMode(terms.mode)) terms.pointValue = p.ContractSize();
+    if (terms.mode == 4) terms.pointValue = p.ContractUnit() * p.BigPointValue();
+    return terms.ProfitLoss(isLong, entryPrice, price);
 }
 
 // The price scale is fetched like the other properties of the instrument although
@@ -39,12 +33,39 @@ double CSystemFuncs::GetProfitLoss(bool isLong, double entryPrice, double price)
 double CSystemFuncs::GetRequiredMargin(double lots, double price) {
     if (m_pBaseData == nullptr) return 0.0;
     const RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
-    const int32_t mode = p.Long(ffmarket::kPropertyMarginMode, [this] { return MarginMode(); });
+    MoneyTerms terms;
+    terms.mode = p.Long(ffmarket::kPropertyMarginMode, [this] { return MarginMode(); });
     (void)p.PriceScale();
-    if (mode == 1) return p.ContractSize() * m_pBaseData->MarginRate * lots * price;
-    if (IsFixedValueMode(mode)) return p.ContractSize() * m_pBaseData->MarginRate * lots;
-    if (mode == 4) return p.ContractUnit() * p.MarginRatio() * p.BigPointValue() * lots * price;
-    return 0.0;
+    if (terms.mode == 1 || IsFixedValueMode(terms.mode))
+        terms.marginPerLot = p.ContractSize() * m_pBaseData->MarginRate;
+    if (terms.mode == 4) terms.marginPerLot = p.ContractUnit() * p.MarginRatio() * p.BigPointValue();
+    return terms.RequiredMargin(lots, price);
+}
+
+// The terms both functions above read, when every property they read is a
+// remembered entry; false when one is not, and the functions must do the reading.
+bool CSystemFuncs::RememberedMoneyTerms(MoneyTerms& terms) {
+    if (m_pBaseData == nullptr) return false;
+    const CachedValueSlots::Row* row = Derived().Values.Entries(PropertyCache, m_pBaseData->DataIndex);
+    if (row == nullptr) return false;
+    const CachedValueSlots::Row& entries = *row;
+    const tagKelDataType* mode = entries[ffmarket::kPropertyMarginMode];
+    if (mode == nullptr || entries[ffmarket::kPropertyPriceScale] == nullptr) return false;
+    terms.mode = mode->nValue;
+    if (terms.mode == 1 || IsFixedValueMode(terms.mode)) {
+        const tagKelDataType* size = entries[ffmarket::kPropertyContractSize];
+        if (size == nullptr) return false;
+        terms.pointValue = size->dValue;
+        terms.marginPerLot = size->dValue * m_pBaseData->MarginRate;
+    } else if (terms.mode == 4) {
+        const tagKelDataType* unit = entries[ffmarket::kPropertyContractUnit];
+        const tagKelDataType* ratio = entries[ffmarket::kPropertyMarginRatio];
+        const tagKelDataType* point = entries[ffmarket::kPropertyBigPointValue];
+        if (unit == nullptr || ratio == nullptr || point == nullptr) return false;
+        terms.pointValue = unit->nValue * point->dValue;
+        terms.marginPerLot = unit->nValue * ratio->dValue * point->dValue;
+    }
+    return true;
 }
 
 // The price at which a position of the signed size has lost the amount (a negative

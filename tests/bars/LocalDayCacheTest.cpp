@@ -121,6 +121,44 @@ TEST_P(LocalDayCacheZones, BarPartsAgreeWithTheSystemEveryHour) {
     EXPECT_EQ(mismatches, 0);
 }
 
+// Two times said to share a known day have the same local date by the system; the
+// day must have been seen first, and a day with a clock change is never known.
+TEST_P(LocalDayCacheZones, OneKnownDayMeansOneLocalDate) {
+    if (!fftest::TimeZoneExpressible(GetParam())) GTEST_SKIP() << GetParam() << " cannot be set here";
+    ScopedTimeZone zone(GetParam());
+    const std::vector<int64_t> times = HoursAndClockChanges();
+    LocalDayCache cache;
+    EXPECT_FALSE(cache.InOneKnownDay(times[0], times[0]));
+    int sameDay = 0, wrong = 0;
+    for (size_t i = 1; i < times.size(); ++i) {
+        ffplatform::LocalTime unused;
+        cache.ToLocal(times[i - 1], unused);
+        for (const int64_t other : {times[i], times[i - 1] + 1800, times[i - 1] - 7200}) {
+            if (!cache.InOneKnownDay(times[i - 1], other)) continue;
+            ++sameDay;
+            ffplatform::LocalTime a, b;
+            ASSERT_TRUE(ffplatform::ToLocalTime(times[i - 1], a));
+            ASSERT_TRUE(ffplatform::ToLocalTime(other, b));
+            if (a.year != b.year || a.month != b.month || a.day != b.day || a.isDst != b.isDst) ++wrong;
+        }
+    }
+    EXPECT_EQ(wrong, 0);
+    EXPECT_GT(sameDay, 10000);
+}
+
+// A time one second before the known day's midnight and one at it are not in one
+// day, whatever the zone.
+TEST(LocalDayCache, MidnightSeparatesKnownDays) {
+    ScopedTimeZone zone("Asia/Shanghai");
+    LocalDayCache cache;
+    const int64_t midnight = kStart - 8 * 3600;  // 2010-01-01 00:00 in Shanghai
+    ffplatform::LocalTime local;
+    ASSERT_TRUE(cache.ToLocal(midnight + 3600, local));
+    EXPECT_TRUE(cache.InOneKnownDay(midnight, midnight + 86399));
+    EXPECT_FALSE(cache.InOneKnownDay(midnight - 1, midnight));
+    EXPECT_FALSE(cache.InOneKnownDay(midnight, midnight + 86400));
+}
+
 INSTANTIATE_TEST_SUITE_P(Zones, LocalDayCacheZones,
                          ::testing::Values("America/New_York", "Europe/London", "Asia/Shanghai",
                                            "Australia/Lord_Howe"));

@@ -97,3 +97,31 @@ TEST_F(RealHighLow, OtherDataStreamIsReadThroughTheDataIndex) {
 }
 
 }  // namespace
+
+// Both at once give what the two functions give, before the bar type is known and
+// after, for every offset and both kinds of bar.
+TEST_F(RealHighLow, BothAtOnceAgreeWithEachFunction) {
+    for (const int32_t type : {1, 2}) {
+        data.DataStreams[0].BarType = type;
+        data.DataStreams[0].BarInterval = 1;
+        CSystemFuncs fresh(&data);
+        for (const int32_t current : {0, 2, 5}) {
+            data.CurrentBar = current;
+            for (const int32_t offset : {0, 1, 3, -1, INT32_MAX, INT32_MIN}) {
+                double high = 0.0, low = 0.0;
+                CSystemFuncsTestAccess::RealHighLow(fresh, offset, high, low);
+                EXPECT_EQ(high, CSystemFuncsTestAccess::RealHigh(fresh, offset)) << type << " " << offset;
+                EXPECT_EQ(low, CSystemFuncsTestAccess::RealLow(fresh, offset)) << type << " " << offset;
+            }
+        }
+        EXPECT_EQ(fresh.PropertyCache.at("Data0.BarType").nValue, type);
+    }
+}
+
+TEST(RealHighLowWithoutData, BothAreInvalid) {
+    CSystemFuncs funcs(nullptr);
+    double high = 0.0, low = 0.0;
+    CSystemFuncsTestAccess::RealHighLow(funcs, 0, high, low);
+    EXPECT_EQ(high, kInvalid);
+    EXPECT_EQ(low, kInvalid);
+}

@@ -4,11 +4,15 @@
 
 #include "FormulaFunction/DerivedCaches.h"
 #include "FormulaFunction/FormulaFunction.h"
+#include "FormulaFunction/trading/Valuation.h"
 
 struct CSystemFuncsTestAccess {
     // Bar access.
     static double RealHigh(CSystemFuncs& f, int32_t offset) { return f.RealHigh(offset); }
     static double RealLow(CSystemFuncs& f, int32_t offset) { return f.RealLow(offset); }
+    static void RealHighLow(CSystemFuncs& f, int32_t offset, double& high, double& low) {
+        f.RealHighLow(offset, high, low);
+    }
 
     // Per-bar driver.
     static void PrepareNormalBar(CSystemFuncs& f) { f.PrepareNormalBar(); }
@@ -33,6 +37,18 @@ struct CSystemFuncsTestAccess {
     static double GetRequiredMargin(CSystemFuncs& f, double lots, double price) {
         return f.GetRequiredMargin(lots, price);
     }
+    // A valuation read for one call, as the per-bar driver and the stops read it.
+    static double ValuedProfitLoss(CSystemFuncs& f, bool isLong, double entry, double price) {
+        return CSystemFuncs::Valuation(f).ProfitLoss(isLong, entry, price);
+    }
+    static double ValuedMargin(CSystemFuncs& f, double lots, double price) {
+        return CSystemFuncs::Valuation(f).RequiredMargin(lots, price);
+    }
+    static bool RememberedMoneyTerms(CSystemFuncs& f) {
+        fftrading::MoneyTerms terms;
+        return f.RememberedMoneyTerms(terms);
+    }
+    static fftrading::OpenPosition ReadOpenPosition(CSystemFuncs& f) { return f.ReadOpenPosition(); }
     static double GetMarginCallPrice(CSystemFuncs& f, double amount, double entry, double lots) {
         return f.GetMarginCallPrice(amount, entry, lots);
     }
