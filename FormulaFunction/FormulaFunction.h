@@ -17,7 +17,6 @@
 #include "host/SubscibeManage.h"
 
 struct DerivedCaches;
-struct ValuationInputs;
 namespace fftrading {
 struct MoneyTerms;
 struct OpenPosition;
@@ -406,6 +405,7 @@ private:
     double RealHigh(int32_t offset);
     double RealLow(int32_t offset);
     void RealHighLow(int32_t offset, double& high, double& low);
+    bool RememberedCloseOnly(bool& closeOnly);
     // The bar at `index` of the current data stream, or null when the stream or the
     // bar does not exist.
     const BarRecord* StreamBar(uint32_t index) {
@@ -543,7 +543,6 @@ private:
     bool UpdateTradeFigures();
     bool TradeFiguresHold();
     void AppendValuationInputs(int32_t dataIndex);
-    bool RememberedValuationInputs(int32_t dataIndex, ValuationInputs& inputs);
 
     // Private helpers of the output functions.
     bool PlotTargetBar(const std::string& name, int32_t barsAgo, size_t& index);

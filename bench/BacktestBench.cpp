@@ -55,21 +55,10 @@ ffrunner::BarCsvData Load() {
 // host loop can be timed by itself.
 class CrossoverRun {
 public:
-    CrossoverRun(std::vector<BarRecord>&& bars, bool emptyBody) : emptyBody_(emptyBody) {
+    CrossoverRun(std::vector<BarRecord>&& bars, bool emptyBody)
+        : emptyBody_(emptyBody), data_(fftest::RebarStrategyData(std::move(bars), 1000000, 2)) {
         static fftest::RebarFeed feed;
         FormulaFunction_Init(0, &feed, "/nonexistent-root", "bench");
-        data_.FormulaKind = 7;
-        data_.InitialCapital = 1000000;
-        data_.MaxOpenEntries = 1;
-        data_.MaxPositionContracts = 1000;
-        data_.TradeSizeValue = 1;
-        data_.MarginRate = 0.1;
-        data_.CommissionValue = 2;
-        data_.PerformanceMode = 2;
-        data_.DataStreams.resize(1);
-        data_.DataStreams[0].MarketId = 1;
-        data_.DataStreams[0].Code = "rb2510";
-        data_.DataStreams[0].Bars = std::move(bars);
         data_.Result = &result_;
         strategy_->Reset();
     }
@@ -85,7 +74,7 @@ public:
 
 private:
     bool emptyBody_;
-    CKelBaseData data_{};
+    CKelBaseData data_;
     CStrategyResult result_{};
     CSystemFuncs funcs_{&data_};
     std::unique_ptr<ffrunner::Strategy> strategy_ = ffexamples::MakeStrategy("ma-crossover");

@@ -115,18 +115,24 @@ double CSystemFuncs::RealHigh(int32_t offset) {
     return closeOnly ? bar->close : bar->high;
 }
 
-// Both answers above with one look at the bar type and interval, when both are
-// remembered PropertyCache entries (reading them again would change nothing);
-// otherwise the two calls themselves.
-void CSystemFuncs::RealHighLow(int32_t offset, double& high, double& low) {
-    if (m_pBaseData == nullptr) {
-        high = low = ff::kInvalidNumeric;
-        return;
-    }
+// Whether the close stands in for the high and the low, when the bar type and
+// interval are both remembered PropertyCache entries (reading them again would
+// change nothing); false when one is not, and RealHigh and RealLow must read them.
+bool CSystemFuncs::RememberedCloseOnly(bool& closeOnly) {
+    if (m_pBaseData == nullptr) return false;
     const CachedValueSlots::Row* row = Derived().Values.Entries(PropertyCache, m_pBaseData->DataIndex);
-    const tagKelDataType* type = row ? (*row)[ffmarket::kPropertyBarType] : nullptr;
-    const tagKelDataType* interval = row ? (*row)[ffmarket::kPropertyBarInterval] : nullptr;
-    if (type == nullptr || interval == nullptr) {
+    if (row == nullptr) return false;
+    const tagKelDataType* type = (*row)[ffmarket::kPropertyBarType];
+    const tagKelDataType* interval = (*row)[ffmarket::kPropertyBarInterval];
+    if (type == nullptr || interval == nullptr) return false;
+    closeOnly = CloseStandsForHighAndLow(type->nValue, interval->nValue);
+    return true;
+}
+
+// Both answers above with one look at the bar type and interval.
+void CSystemFuncs::RealHighLow(int32_t offset, double& high, double& low) {
+    bool closeOnly = false;
+    if (!RememberedCloseOnly(closeOnly)) {
         high = RealHigh(offset);
         low = RealLow(offset);
         return;
@@ -136,7 +142,6 @@ void CSystemFuncs::RealHighLow(int32_t offset, double& high, double& low) {
         high = low = ff::kInvalidNumeric;
         return;
     }
-    const bool closeOnly = CloseStandsForHighAndLow(type->nValue, interval->nValue);
     high = closeOnly ? bar->close : bar->high;
     low = closeOnly ? bar->close : bar->low;
 }

@@ -2,36 +2,9 @@
 
 #include "FormulaFunction/statistics/RunningTradeFigures.h"
 
-#include <cstring>
-#include <type_traits>
-
 #include "FormulaFunction/statistics/WrappingCounts.h"
 
 using ffstatistics::AddWrapping;
-
-bool SameBits(double a, double b) {
-    uint64_t x = 0, y = 0;
-    std::memcpy(&x, &a, sizeof x);
-    std::memcpy(&y, &b, sizeof y);
-    return x == y;
-}
-
-// A round trip is eight 32-bit fields and three doubles with no padding between
-// them, so comparing the bytes of runs of round trips compares every field, the
-// doubles by their bits.
-static_assert(std::is_trivially_copyable<tagTradeList>::value &&
-                  sizeof(tagTradeList) == 8 * sizeof(int32_t) + 3 * sizeof(double),
-              "round trips are compared byte for byte");
-
-namespace {
-
-bool SameTrips(const tagTradeList* a, const tagTradeList* b, size_t count) {
-    return count == 0 || std::memcmp(a, b, count * sizeof(tagTradeList)) == 0;
-}
-
-}  // namespace
-
-bool SameTrip(const tagTradeList& a, const tagTradeList& b) { return SameTrips(&a, &b, 1); }
 
 // A round trip that is neither a win nor a loss by the exact classification ends
 // both runs.
@@ -72,21 +45,6 @@ void TradeListFigures::Add(int32_t counting, int32_t valued, double net, int32_t
     dSumOfSquares += net * net;
 }
 
-bool ValuationInputs::SameAs(const ValuationInputs& other) const {
-    return nDataIndex == other.nDataIndex && nMarginMode == other.nMarginMode &&
-           nMinMove == other.nMinMove && nContractUnit == other.nContractUnit &&
-           SameBits(dContractSize, other.dContractSize) &&
-           SameBits(dBigPointValue, other.dBigPointValue) &&
-           SameBits(dPriceScale, other.dPriceScale);
-}
-
-bool WalkedPrefix::Unchanged(const std::vector<tagTradeList>& trips) const {
-    if (trips.size() < length) return false;
-    if (length == 0) return true;
-    if (!SameTrip(trips.front(), first)) return false;
-    return SameTrips(trips.data() + (length - tail.size()), tail.data(), tail.size());
-}
-
 void WalkedPrefix::Clear() {
     length = 0;
     Figures = TradeListFigures();
@@ -117,12 +75,6 @@ void RunningTradeFigures::Restart(int32_t type, double value, bool single, bool 
     commissionValue = value;
     singleSide = single;
     freeCloseToday = freeToday;
-}
-
-bool RunningTradeFigures::SameSettings(int32_t type, double value, bool single,
-                                       bool freeToday) const {
-    return commissionType == type && SameBits(commissionValue, value) && singleSide == single &&
-           freeCloseToday == freeToday;
 }
 
 const ValuationInputs* RunningTradeFigures::FindInstrument(int32_t dataIndex) const {

@@ -50,6 +50,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <type_traits>
 #include <vector>
 
 #include "host/KelTypes.h"
@@ -148,6 +150,44 @@ struct RunningTradeFigures {
     bool SameBarsExist(size_t barCount) const;
 };
 
-// Field by field, the doubles compared by their bits.
-bool SameTrip(const tagTradeList& a, const tagTradeList& b);
-bool SameBits(double a, double b);
+inline bool SameBits(double a, double b) {
+    uint64_t x = 0, y = 0;
+    std::memcpy(&x, &a, sizeof x);
+    std::memcpy(&y, &b, sizeof y);
+    return x == y;
+}
+
+// A round trip is eight 32-bit fields and three doubles with no padding between
+// them, so comparing the bytes of runs of round trips compares every field, the
+// doubles by their bits.
+static_assert(std::is_trivially_copyable<tagTradeList>::value &&
+                  sizeof(tagTradeList) == 8 * sizeof(int32_t) + 3 * sizeof(double),
+              "round trips are compared byte for byte");
+
+inline bool SameTrips(const tagTradeList* a, const tagTradeList* b, size_t count) {
+    return count == 0 || std::memcmp(a, b, count * sizeof(tagTradeList)) == 0;
+}
+
+inline bool SameTrip(const tagTradeList& a, const tagTradeList& b) { return SameTrips(&a, &b, 1); }
+
+// The checks run on every call of a statistics function, kept inline.
+
+inline bool WalkedPrefix::Unchanged(const std::vector<tagTradeList>& trips) const {
+    if (trips.size() < length) return false;
+    if (length == 0) return true;
+    if (!SameTrip(trips.front(), first)) return false;
+    return SameTrips(trips.data() + (length - tail.size()), tail.data(), tail.size());
+}
+
+inline bool ValuationInputs::SameAs(const ValuationInputs& other) const {
+    return nDataIndex == other.nDataIndex && nMarginMode == other.nMarginMode &&
+           nMinMove == other.nMinMove && nContractUnit == other.nContractUnit &&
+           SameBits(dContractSize, other.dContractSize) &&
+           SameBits(dBigPointValue, other.dBigPointValue) && SameBits(dPriceScale, other.dPriceScale);
+}
+
+inline bool RunningTradeFigures::SameSettings(int32_t type, double value, bool single,
+                                              bool freeToday) const {
+    return commissionType == type && SameBits(commissionValue, value) && singleSide == single &&
+           freeCloseToday == freeToday;
+}

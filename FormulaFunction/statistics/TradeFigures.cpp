@@ -17,6 +17,29 @@ size_t MainBarCount(const CKelBaseData& data) {
     return data.DataStreams.empty() ? 0 : data.DataStreams[0].Bars.size();
 }
 
+// How a record of valuation inputs compares with the remembered PropertyCache
+// entries of its data index: the same, changed, or unknown because one of the six
+// is not remembered (and reading it would fetch it).
+enum class RememberedInputs { kSame, kChanged, kUnknown };
+
+RememberedInputs CompareRemembered(const CachedValueSlots::Row* row, const ValuationInputs& inputs) {
+    if (row == nullptr) return RememberedInputs::kUnknown;
+    const CachedValueSlots::Row& entries = *row;
+    const tagKelDataType* mode = entries[ffmarket::kPropertyMarginMode];
+    const tagKelDataType* minMove = entries[ffmarket::kPropertyMinMove];
+    const tagKelDataType* unit = entries[ffmarket::kPropertyContractUnit];
+    const tagKelDataType* size = entries[ffmarket::kPropertyContractSize];
+    const tagKelDataType* point = entries[ffmarket::kPropertyBigPointValue];
+    const tagKelDataType* scale = entries[ffmarket::kPropertyPriceScale];
+    if (!mode || !minMove || !unit || !size || !point || !scale) return RememberedInputs::kUnknown;
+    const bool same = mode->nValue == inputs.nMarginMode && minMove->nValue == inputs.nMinMove &&
+                      unit->nValue == inputs.nContractUnit &&
+                      SameBits(size->dValue, inputs.dContractSize) &&
+                      SameBits(point->dValue, inputs.dBigPointValue) &&
+                      SameBits(scale->dValue, inputs.dPriceScale);
+    return same ? RememberedInputs::kSame : RememberedInputs::kChanged;
+}
+
 // Whole-number average that truncates toward zero; 0 for no trades.
 int32_t AverageBars(int32_t bars, int32_t trades) { return trades == 0 ? 0 : bars / trades; }
 
@@ -41,29 +64,6 @@ void CSystemFuncs::AppendValuationInputs(int32_t dataIndex) {
     Derived().TradeFigures.instruments.push_back(inputs);
 }
 
-// The inputs of `dataIndex` when all six are remembered PropertyCache entries, so
-// that reading them has no effect beyond the answer; false when one is not.
-bool CSystemFuncs::RememberedValuationInputs(int32_t dataIndex, ValuationInputs& inputs) {
-    const CachedValueSlots::Row* row = Derived().Values.Entries(PropertyCache, dataIndex);
-    if (row == nullptr) return false;
-    const CachedValueSlots::Row& entries = *row;
-    const tagKelDataType* mode = entries[ffmarket::kPropertyMarginMode];
-    const tagKelDataType* minMove = entries[ffmarket::kPropertyMinMove];
-    const tagKelDataType* unit = entries[ffmarket::kPropertyContractUnit];
-    const tagKelDataType* size = entries[ffmarket::kPropertyContractSize];
-    const tagKelDataType* point = entries[ffmarket::kPropertyBigPointValue];
-    const tagKelDataType* scale = entries[ffmarket::kPropertyPriceScale];
-    if (!mode || !minMove || !unit || !size || !point || !scale) return false;
-    inputs.nDataIndex = dataIndex;
-    inputs.nMarginMode = mode->nValue;
-    inputs.nMinMove = minMove->nValue;
-    inputs.nContractUnit = unit->nValue;
-    inputs.dContractSize = size->dValue;
-    inputs.dBigPointValue = point->dValue;
-    inputs.dPriceScale = scale->dValue;
-    return true;
-}
-
 // Rules 2 to 4 of RunningTradeFigures.h: whether everything the walked round trips
 // were valued with is as it was. Rule 1, the round trips themselves, is the
 // caller's.
@@ -77,13 +77,14 @@ bool CSystemFuncs::TradeFiguresHold() {
     // Each recorded data index is read again: from the remembered entries when they
     // all are, or else into a record at the end of the list that is compared and
     // dropped; the list keeps its capacity, so nothing is allocated.
+    CachedValueSlots& slots = Derived().Values;
     const size_t recorded = running.instruments.size();
     for (size_t i = 0; i < recorded; ++i) {
-        ValuationInputs now;
-        if (RememberedValuationInputs(running.instruments[i].nDataIndex, now)) {
-            if (!running.instruments[i].SameAs(now)) return false;
-            continue;
-        }
+        const ValuationInputs& inputs = running.instruments[i];
+        const RememberedInputs remembered =
+            CompareRemembered(slots.Entries(PropertyCache, inputs.nDataIndex), inputs);
+        if (remembered == RememberedInputs::kChanged) return false;
+        if (remembered == RememberedInputs::kSame) continue;
         AppendValuationInputs(running.instruments[i].nDataIndex);
         const bool same = running.instruments[i].SameAs(running.instruments.back());
         running.instruments.pop_back();

@@ -32,8 +32,15 @@ bool CSystemFuncs::PrepareStop(int32_t mode, double amount, StopContext& stop) {
     stop.mode = mode;
     stop.amount = amount;
     stop.bar.open = bar->open;
-    RealHighLow(0, stop.bar.high, stop.bar.low);
     stop.bar.close = bar->close;
+    bool closeOnly = false;
+    if (RememberedCloseOnly(closeOnly)) {
+        stop.bar.high = closeOnly ? bar->close : bar->high;
+        stop.bar.low = closeOnly ? bar->close : bar->low;
+    } else {
+        stop.bar.high = RealHigh(0);
+        stop.bar.low = RealLow(0);
+    }
     stop.value.Read(*this);
     return true;
 }

@@ -25,20 +25,7 @@ protected:
     }
 
     static CKelBaseData Data(const std::vector<BarRecord>& bars) {
-        CKelBaseData data{};
-        data.FormulaKind = 7;
-        data.InitialCapital = 1000000;
-        data.MaxOpenEntries = 1;
-        data.MaxPositionContracts = 100;
-        data.TradeSizeMode = 0;
-        data.TradeSizeValue = 1;
-        data.MarginRate = 0.1;
-        data.PerformanceMode = 2;
-        data.DataStreams.resize(1);
-        data.DataStreams[0].MarketId = 1;
-        data.DataStreams[0].Code = "rb2510";
-        data.DataStreams[0].Bars = bars;
-        return data;
+        return fftest::RebarStrategyData(bars, 1000000, 0);
     }
 
     // Runs `strategy` over the bars of `data`, re-evaluating the last bar `updates` times.

@@ -20,21 +20,7 @@ protected:
     }
 
     static CKelBaseData Strategy(const std::vector<BarRecord>& bars) {
-        CKelBaseData data{};
-        data.FormulaKind = 7;
-        data.InitialCapital = 100000;
-        data.MaxOpenEntries = 1;
-        data.MaxPositionContracts = 100;
-        data.TradeSizeMode = 0;
-        data.TradeSizeValue = 1;
-        data.MarginRate = 0.1;
-        data.CommissionValue = 2;
-        data.PerformanceMode = 2;
-        data.DataStreams.resize(1);
-        data.DataStreams[0].MarketId = 1;
-        data.DataStreams[0].Code = "rb2510";
-        data.DataStreams[0].Bars = bars;
-        return data;
+        return fftest::RebarStrategyData(bars, 100000, 2);
     }
 
     // Long while the bar closes up, flat after a bar that closes down.

@@ -11,6 +11,7 @@
 #include "runner/ReportWriters.h"
 #include "runner/TradeMoney.h"
 #include "runner/ZoneClock.h"
+#include "support/RebarFeed.h"
 
 namespace {
 
@@ -25,16 +26,7 @@ BarRecord Bar(int64_t time, double o, double h, double l, double c) {
     return BarRecord{time, o, h, l, c, 100, 1000};
 }
 
-IModuleFutureTrader::ISpecDetailValue Rebar() {
-    IModuleFutureTrader::ISpecDetailValue spec;
-    spec.MarginMode = 4;
-    spec.ContractUnit = 10;
-    spec.BigPointValue = 1;
-    spec.MinMove = 1;
-    spec.PriceScale = 1;
-    spec.ContractSize = 10;
-    return spec;
-}
+IModuleFutureTrader::ISpecDetailValue Rebar() { return fftest::RebarFeed::Spec(); }
 
 tagTradeList Trade(int32_t type, int32_t entryBar, double entry, int32_t exitBar, double exit,
                    double lots) {

@@ -289,6 +289,10 @@ TEST_F(RunningRulesTest, AChangedPropertyIsSeen) {
     EXPECT_EQ(funcs.NetProfit(), 9.0);
     SetInteger(0, "MarginMode", 1);  // contract size 1
     EXPECT_EQ(funcs.NetProfit(), 1.5);
+    SetDouble(0, "ContractSize", 4);
+    EXPECT_EQ(funcs.NetProfit(), 6.0);
+    SetDouble(0, "ContractSize", 1);
+    EXPECT_EQ(funcs.NetProfit(), 1.5);
     data.CommissionType = 1;
     data.CommissionValue = 1;
     SetDouble(0, "PriceScale", 0.5);

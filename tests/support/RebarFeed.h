@@ -3,6 +3,10 @@
 // accounts or orders.
 #pragma once
 
+#include <utility>
+#include <vector>
+
+#include "host/KelBaseData.h"
 #include "host/SubscibeManage.h"
 
 namespace fftest {
@@ -55,5 +59,27 @@ public:
         return spec;
     }
 };
+
+// A trading strategy over one stream of rebar bars ("rb2510" on market 1) with the
+// equity series of statistics mode 2: one contract an order, one entry at most,
+// a margin rate of 10%.
+inline CKelBaseData RebarStrategyData(std::vector<BarRecord> bars, double capital,
+                                      double commission) {
+    CKelBaseData data{};
+    data.FormulaKind = 7;
+    data.InitialCapital = capital;
+    data.MaxOpenEntries = 1;
+    data.MaxPositionContracts = 100;
+    data.TradeSizeMode = 0;
+    data.TradeSizeValue = 1;
+    data.MarginRate = 0.1;
+    data.CommissionValue = commission;
+    data.PerformanceMode = 2;
+    data.DataStreams.resize(1);
+    data.DataStreams[0].MarketId = 1;
+    data.DataStreams[0].Code = "rb2510";
+    data.DataStreams[0].Bars = std::move(bars);
+    return data;
+}
 
 }  // namespace fftest

@@ -1,12 +1,9 @@
 // Valuing a position with the terms read once per call gives the very bits of the
 // per-valuation functions, and reads nothing the host could see differently.
-#include <cstring>
-
+#include "FormulaFunction/statistics/RunningTradeFigures.h"
 #include "trading/TradingFixture.h"
 
 namespace {
-
-bool SameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
 class ValuationTest : public TradingTest {
 protected:
