@@ -18,7 +18,7 @@
 
 struct DerivedCaches;
 namespace fftrading {
-struct MoneyTerms;
+struct RememberedInstrument;
 struct OpenPosition;
 }  // namespace fftrading
 
@@ -404,8 +404,6 @@ private:
     // Private helpers of bar access.
     double RealHigh(int32_t offset);
     double RealLow(int32_t offset);
-    void RealHighLow(int32_t offset, double& high, double& low);
-    bool RememberedCloseOnly(bool& closeOnly);
     // The bar at `index` of the current data stream, or null when the stream or the
     // bar does not exist.
     const BarRecord* StreamBar(uint32_t index) {
@@ -419,6 +417,7 @@ private:
 
     // Private helpers of the per-bar driver.
     class Valuation;
+    void RealHighLow(int32_t offset, const Valuation& value, double& high, double& low);
     void PrepareFirstBar();
     void PrepareNormalBar();
     void SaveLastBarData();
@@ -485,7 +484,7 @@ private:
     const PositionSnapshot* LinkedSnapshot();
     double GetProfitLoss(bool isLong, double entryPrice, double price);
     double GetRequiredMargin(double lots, double price);
-    bool RememberedMoneyTerms(fftrading::MoneyTerms& terms);
+    void ReadRememberedInstrument(fftrading::RememberedInstrument& out);
     fftrading::OpenPosition ReadOpenPosition();
     double GetMarginCallPrice(double amount, double entryPrice, double contracts);
     double GetCommission(double lots, double price);

@@ -8,6 +8,7 @@
 #include "FormulaFunction/DerivedCaches.h"
 #include "FormulaFunction/InvalidValues.h"
 #include "FormulaFunction/market/RememberedProperties.h"
+#include "FormulaFunction/trading/Valuation.h"
 
 namespace {
 
@@ -22,10 +23,6 @@ inline uint32_t NextIndex(int32_t current) { return static_cast<uint32_t>(curren
 // The index `offset` bars before `current`, wrapping the same way.
 inline uint32_t IndexBack(int32_t current, int32_t offset) {
     return static_cast<uint32_t>(current) - static_cast<uint32_t>(offset);
-}
-
-inline bool CloseStandsForHighAndLow(int32_t barType, int32_t barInterval) {
-    return barType == 2 && barInterval == 1;
 }
 
 }  // namespace
@@ -109,30 +106,17 @@ bool CSystemFuncs::HistoryDataExist() { return CurrentStreamBar() != nullptr; }
 double CSystemFuncs::RealHigh(int32_t offset) {
     if (m_pBaseData == nullptr) return ff::kInvalidNumeric;
     const ffmarket::RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
-    const bool closeOnly = CloseStandsForHighAndLow(p.BarType(), p.BarInterval());
+    const bool closeOnly = fftrading::CloseStandsForHighAndLow(p.BarType(), p.BarInterval());
     const BarRecord* bar = StreamBar(IndexBack(m_pBaseData->CurrentBar, offset));
     if (bar == nullptr) return ff::kInvalidNumeric;
     return closeOnly ? bar->close : bar->high;
 }
 
-// Whether the close stands in for the high and the low, when the bar type and
-// interval are both remembered PropertyCache entries (reading them again would
-// change nothing); false when one is not, and RealHigh and RealLow must read them.
-bool CSystemFuncs::RememberedCloseOnly(bool& closeOnly) {
-    if (m_pBaseData == nullptr) return false;
-    const CachedValueSlots::Row* row = Derived().Values.Entries(PropertyCache, m_pBaseData->DataIndex);
-    if (row == nullptr) return false;
-    const tagKelDataType* type = (*row)[ffmarket::kPropertyBarType];
-    const tagKelDataType* interval = (*row)[ffmarket::kPropertyBarInterval];
-    if (type == nullptr || interval == nullptr) return false;
-    closeOnly = CloseStandsForHighAndLow(type->nValue, interval->nValue);
-    return true;
-}
-
-// Both answers above with one look at the bar type and interval.
-void CSystemFuncs::RealHighLow(int32_t offset, double& high, double& low) {
-    bool closeOnly = false;
-    if (!RememberedCloseOnly(closeOnly)) {
+// Both answers above with the bar type and interval the call's valuation read, when
+// it could; otherwise the two functions read them.
+void CSystemFuncs::RealHighLow(int32_t offset, const Valuation& value, double& high, double& low) {
+    const fftrading::RememberedInstrument& instrument = value.Instrument();
+    if (m_pBaseData == nullptr || !instrument.closeOnlyKnown) {
         high = RealHigh(offset);
         low = RealLow(offset);
         return;
@@ -142,14 +126,14 @@ void CSystemFuncs::RealHighLow(int32_t offset, double& high, double& low) {
         high = low = ff::kInvalidNumeric;
         return;
     }
-    high = closeOnly ? bar->close : bar->high;
-    low = closeOnly ? bar->close : bar->low;
+    high = instrument.closeOnly ? bar->close : bar->high;
+    low = instrument.closeOnly ? bar->close : bar->low;
 }
 
 double CSystemFuncs::RealLow(int32_t offset) {
     if (m_pBaseData == nullptr) return ff::kInvalidNumeric;
     const ffmarket::RememberedProperties p(*this, Derived().Values, m_pBaseData->DataIndex);
-    const bool closeOnly = CloseStandsForHighAndLow(p.BarType(), p.BarInterval());
+    const bool closeOnly = fftrading::CloseStandsForHighAndLow(p.BarType(), p.BarInterval());
     const BarRecord* bar = StreamBar(IndexBack(m_pBaseData->CurrentBar, offset));
     if (bar == nullptr) return ff::kInvalidNumeric;
     return closeOnly ? bar->close : bar->low;

@@ -178,7 +178,7 @@ bool CSystemFuncs::FollowPreviousBarExcursion(const OpenPosition& position, Valu
         return false;
     }
     double high = 0.0, low = 0.0;
-    RealHighLow(1, high, low);
+    RealHighLow(1, value, high, low);
     const double close = MainBarClose(WrappingSub(data.CurrentBar, 1));
     const double average = position.average;
     const double lots = position.Lots();

@@ -46,7 +46,7 @@ bool CSystemFuncs::FollowBarExcursion(const OpenPosition& position, Valuation& v
     const double lots = position.Lots();
     const double average = position.average;
     double high = 0.0, low = 0.0;
-    RealHighLow(0, high, low);
+    RealHighLow(0, value, high, low);
     const double favourable = isLong ? high : low;
     const double adverse = isLong ? low : high;
 

@@ -33,15 +33,15 @@ bool CSystemFuncs::PrepareStop(int32_t mode, double amount, StopContext& stop) {
     stop.amount = amount;
     stop.bar.open = bar->open;
     stop.bar.close = bar->close;
-    bool closeOnly = false;
-    if (RememberedCloseOnly(closeOnly)) {
-        stop.bar.high = closeOnly ? bar->close : bar->high;
-        stop.bar.low = closeOnly ? bar->close : bar->low;
+    stop.value.Read(*this);
+    const fftrading::RememberedInstrument& instrument = stop.value.Instrument();
+    if (instrument.closeOnlyKnown) {
+        stop.bar.high = instrument.closeOnly ? bar->close : bar->high;
+        stop.bar.low = instrument.closeOnly ? bar->close : bar->low;
     } else {
         stop.bar.high = RealHigh(0);
         stop.bar.low = RealLow(0);
     }
-    stop.value.Read(*this);
     return true;
 }
 

@@ -14,6 +14,7 @@
 using namespace fftrading;
 using ffmarket::RememberedProperties;
 using fftrading::MoneyTerms;
+using fftrading::RememberedInstrument;
 using fftrading::IsFixedValueMode;
 
 // Profit of one contract moved from the entry price to the price, with the terms
@@ -42,30 +43,42 @@ double CSystemFuncs::GetRequiredMargin(double lots, double price) {
     return terms.RequiredMargin(lots, price);
 }
 
-// The terms both functions above read, when every property they read is a
-// remembered entry; false when one is not, and the functions must do the reading.
-bool CSystemFuncs::RememberedMoneyTerms(MoneyTerms& terms) {
-    if (m_pBaseData == nullptr) return false;
+// What the per-call valuation and the true high and low read, from one look at
+// the remembered entries: the terms both functions above read when every property
+// they read is remembered, and the bar type and interval when both are; a part
+// whose property is not remembered is left unknown for the functions to read.
+void CSystemFuncs::ReadRememberedInstrument(RememberedInstrument& out) {
+    out = RememberedInstrument();
+    if (m_pBaseData == nullptr) return;
     const CachedValueSlots::Row* row = Derived().Values.Entries(PropertyCache, m_pBaseData->DataIndex);
-    if (row == nullptr) return false;
+    if (row == nullptr) return;
     const CachedValueSlots::Row& entries = *row;
+
+    const tagKelDataType* type = entries[ffmarket::kPropertyBarType];
+    const tagKelDataType* interval = entries[ffmarket::kPropertyBarInterval];
+    if (type != nullptr && interval != nullptr) {
+        out.closeOnly = fftrading::CloseStandsForHighAndLow(type->nValue, interval->nValue);
+        out.closeOnlyKnown = true;
+    }
+
     const tagKelDataType* mode = entries[ffmarket::kPropertyMarginMode];
-    if (mode == nullptr || entries[ffmarket::kPropertyPriceScale] == nullptr) return false;
+    if (mode == nullptr || entries[ffmarket::kPropertyPriceScale] == nullptr) return;
+    MoneyTerms& terms = out.terms;
     terms.mode = mode->nValue;
     if (terms.mode == 1 || IsFixedValueMode(terms.mode)) {
         const tagKelDataType* size = entries[ffmarket::kPropertyContractSize];
-        if (size == nullptr) return false;
+        if (size == nullptr) return;
         terms.pointValue = size->dValue;
         terms.marginPerLot = size->dValue * m_pBaseData->MarginRate;
     } else if (terms.mode == 4) {
         const tagKelDataType* unit = entries[ffmarket::kPropertyContractUnit];
         const tagKelDataType* ratio = entries[ffmarket::kPropertyMarginRatio];
         const tagKelDataType* point = entries[ffmarket::kPropertyBigPointValue];
-        if (unit == nullptr || ratio == nullptr || point == nullptr) return false;
+        if (unit == nullptr || ratio == nullptr || point == nullptr) return;
         terms.pointValue = unit->nValue * point->dValue;
         terms.marginPerLot = unit->nValue * ratio->dValue * point->dValue;
     }
-    return true;
+    out.termsKnown = true;
 }
 
 // The price at which a position of the signed size has lost the amount (a negative

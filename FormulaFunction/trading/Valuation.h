@@ -45,6 +45,22 @@ struct MoneyTerms {
     }
 };
 
+// On bars of type 2 with interval 1 the high and low carry no meaning, so the close
+// stands in for both.
+inline bool CloseStandsForHighAndLow(int32_t barType, int32_t barInterval) {
+    return barType == 2 && barInterval == 1;
+}
+
+// What a call reads once of the instrument of the current data index: the money
+// terms and whether the close stands in for the high and the low. Each part is known only when every property it needs is a remembered
+// PropertyCache entry.
+struct RememberedInstrument {
+    MoneyTerms terms;
+    bool termsKnown = false;
+    bool closeOnly = false;
+    bool closeOnlyKnown = false;
+};
+
 // The simulated position: the signed contracts (the sign of the first entry's
 // direction), the average entry price and the market position, as CurrentContracts,
 // AvgEntryPrice and MarketPosition answer.
@@ -60,7 +76,7 @@ struct OpenPosition {
 
 }  // namespace fftrading
 
-// The money terms of the current data index for the length of one call. Read() (or
+// The instrument of the current data index for the length of one call. Read() (or
 // the constructor that calls it) comes before any valuation.
 class CSystemFuncs::Valuation {
 public:
@@ -69,16 +85,17 @@ public:
 
     void Read(CSystemFuncs& funcs) {
         funcs_ = &funcs;
-        remembered_ = funcs.RememberedMoneyTerms(terms_);
+        funcs.ReadRememberedInstrument(instrument_);
     }
 
     double ProfitLoss(bool isLong, double entryPrice, double price) const {
-        return remembered_ ? terms_.ProfitLoss(isLong, entryPrice, price)
-                           : funcs_->GetProfitLoss(isLong, entryPrice, price);
+        return instrument_.termsKnown ? instrument_.terms.ProfitLoss(isLong, entryPrice, price)
+                                      : funcs_->GetProfitLoss(isLong, entryPrice, price);
     }
 
     double RequiredMargin(double lots, double price) const {
-        return remembered_ ? terms_.RequiredMargin(lots, price) : funcs_->GetRequiredMargin(lots, price);
+        return instrument_.termsKnown ? instrument_.terms.RequiredMargin(lots, price)
+                                      : funcs_->GetRequiredMargin(lots, price);
     }
 
     // The open result of the position at the price.
@@ -86,8 +103,9 @@ public:
         return ProfitLoss(position.IsLong(), position.average, price) * position.Lots();
     }
 
+    const fftrading::RememberedInstrument& Instrument() const { return instrument_; }
+
 private:
     CSystemFuncs* funcs_ = nullptr;
-    fftrading::MoneyTerms terms_;
-    bool remembered_ = false;
+    fftrading::RememberedInstrument instrument_;
 };

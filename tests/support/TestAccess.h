@@ -11,7 +11,7 @@ struct CSystemFuncsTestAccess {
     static double RealHigh(CSystemFuncs& f, int32_t offset) { return f.RealHigh(offset); }
     static double RealLow(CSystemFuncs& f, int32_t offset) { return f.RealLow(offset); }
     static void RealHighLow(CSystemFuncs& f, int32_t offset, double& high, double& low) {
-        f.RealHighLow(offset, high, low);
+        f.RealHighLow(offset, CSystemFuncs::Valuation(f), high, low);
     }
 
     // Per-bar driver.
@@ -45,8 +45,9 @@ struct CSystemFuncsTestAccess {
         return CSystemFuncs::Valuation(f).RequiredMargin(lots, price);
     }
     static bool RememberedMoneyTerms(CSystemFuncs& f) {
-        fftrading::MoneyTerms terms;
-        return f.RememberedMoneyTerms(terms);
+        fftrading::RememberedInstrument instrument;
+        f.ReadRememberedInstrument(instrument);
+        return instrument.termsKnown;
     }
     static fftrading::OpenPosition ReadOpenPosition(CSystemFuncs& f) { return f.ReadOpenPosition(); }
     static double GetMarginCallPrice(CSystemFuncs& f, double amount, double entry, double lots) {
