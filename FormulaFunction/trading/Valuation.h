@@ -1,11 +1,12 @@
 // Valuing the open position many times within one call: the position read in one
-// walk of the open entries, and the instrument's money terms read once.
+// walk of the open entries, and the instrument's money terms and bar type read once.
 //
-// The terms are those GetProfitLoss and GetRequiredMargin read on every call. When
-// every property they need is a remembered PropertyCache entry, reading them again
-// would give the same values and have no effect, so they are read once and the
-// arithmetic is done here, in the same order and to the same bits. Otherwise each
-// valuation is the function's own call, lookups and all.
+// The terms are those GetProfitLoss and GetRequiredMargin read on every call, the
+// bar type and interval those RealHigh and RealLow read. When every property a part
+// needs is a remembered PropertyCache entry, reading it again would give the same
+// values and have no effect, so it is read once and the arithmetic is done here, in
+// the same order and to the same bits. Otherwise each valuation is the function's
+// own call, lookups and all.
 #pragma once
 
 #include <cmath>
