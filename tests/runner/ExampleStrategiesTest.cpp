@@ -13,17 +13,13 @@
 #include "runner/Report.h"
 #include "runner/ReportWriters.h"
 #include "runner/SyntheticBars.h"
-#include "runner/ZoneClock.h"
 #include "support/RebarFeed.h"
+#include "support/RebarRunTest.h"
 
 namespace {
 
-class ExampleStrategies : public testing::Test {
+class ExampleStrategies : public RebarRunTest {
 protected:
-    ExampleStrategies() : zone_("Asia/Shanghai") {
-        FormulaFunction_Init(0, &feed_, "/nonexistent-root", "tester");
-    }
-
     static CKelBaseData Data(const std::vector<BarRecord>& bars) {
         return fftest::RebarStrategyData(bars, 1000000, 0);
     }
@@ -59,9 +55,6 @@ protected:
         ffrunner::WriteSyntheticBars(spec, csv);
         return ffrunner::ParseBarCsv(csv.str(), "bars.csv").bars;
     }
-
-    fftest::RebarFeed feed_;
-    ffrunner::ScopedZone zone_;
 };
 
 BarRecord Bar(int64_t minute, double o, double h, double l, double c) {

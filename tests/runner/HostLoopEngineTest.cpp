@@ -8,17 +8,13 @@
 #include "runner/HostLoop.h"
 #include "runner/Report.h"
 #include "runner/ReportWriters.h"
-#include "runner/ZoneClock.h"
 #include "support/RebarFeed.h"
+#include "support/RebarRunTest.h"
 
 namespace {
 
-class EngineLoop : public testing::Test {
+class EngineLoop : public RebarRunTest {
 protected:
-    EngineLoop() : zone_("Asia/Shanghai") {
-        FormulaFunction_Init(0, &feed_, "/nonexistent-root", "tester");
-    }
-
     static CKelBaseData Strategy(const std::vector<BarRecord>& bars) {
         return fftest::RebarStrategyData(bars, 100000, 2);
     }
@@ -28,9 +24,6 @@ protected:
         if (f.MarketPosition() == 0 && f.Close() > f.Open()) f.Buy(0, 0, false);
         else if (f.MarketPosition() == 1 && f.Close() < f.Open()) f.Sell(0, 0, false);
     }
-
-    fftest::RebarFeed feed_;
-    ffrunner::ScopedZone zone_;
 };
 
 BarRecord Bar(int64_t minute, double o, double h, double l, double c) {
