@@ -11,7 +11,6 @@
 #include "runner/BarCsv.h"
 #include "runner/HostLoop.h"
 #include "runner/Report.h"
-#include "runner/ReportWriters.h"
 #include "runner/SyntheticBars.h"
 #include "support/RebarFeed.h"
 #include "support/RebarRunTest.h"
@@ -183,13 +182,7 @@ TEST_F(ExampleStrategies, EachGivesOneResultWhetherTheLastBarIsLiveOrNot) {
             data.AllowSameSourceEntries = true;
             CStrategyResult result{};
             Run(*strategy, data, result, updates);
-            ffrunner::ReportInput input;
-            input.data = &data;
-            input.bars = &data.DataStreams[0].Bars;
-            input.spec = fftest::RebarFeed::Spec();
-            std::ostringstream out;
-            ffrunner::WriteJsonReport(ffrunner::BuildReport(input), out);
-            return out.str();
+            return RebarJson(data);
         };
         EXPECT_EQ(json(0), json(7)) << entry.name;
     }

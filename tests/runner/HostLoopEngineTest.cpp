@@ -2,12 +2,9 @@
 // bar re-evaluated at price updates ending where a single evaluation stands.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "FormulaFunction/FormulaFunction.h"
 #include "runner/HostLoop.h"
 #include "runner/Report.h"
-#include "runner/ReportWriters.h"
 #include "support/RebarFeed.h"
 #include "support/RebarRunTest.h"
 
@@ -53,11 +50,7 @@ TEST_F(EngineLoop, AHandCheckedRun) {
     EXPECT_TRUE(data.OpenEntries.empty());
     // −10 − 4 and +30 − 4.
     EXPECT_EQ(result.Figures.Capital, 100000 - 14 + 26);
-    ffrunner::ReportInput input;
-    input.data = &data;
-    input.bars = &data.DataStreams[0].Bars;
-    input.spec = fftest::RebarFeed::Spec();
-    const ffrunner::Report report = ffrunner::BuildReport(input);
+    const ffrunner::Report report = RebarReport(data);
     EXPECT_EQ(report.figures.netProfit, 12);
     EXPECT_EQ(report.figures.finalEquity, result.Figures.Capital);
 }
@@ -95,16 +88,7 @@ TEST_F(EngineLoop, TheLiveLastBarEndsWhereASingleEvaluationStands) {
     EXPECT_EQ(once.Performance.All.dNetProfit, live.Performance.All.dNetProfit);
     EXPECT_EQ(once.PositionSeries.size(), live.PositionSeries.size());
     EXPECT_EQ(once.BarEquityList.size(), live.BarEquityList.size());
-    auto json = [&](const CKelBaseData& data) {
-        ffrunner::ReportInput input;
-        input.data = &data;
-        input.bars = &data.DataStreams[0].Bars;
-        input.spec = fftest::RebarFeed::Spec();
-        std::ostringstream out;
-        ffrunner::WriteJsonReport(ffrunner::BuildReport(input), out);
-        return out.str();
-    };
-    EXPECT_EQ(json(a), json(b));
+    EXPECT_EQ(RebarJson(a), RebarJson(b));
 }
 
 }  // namespace
