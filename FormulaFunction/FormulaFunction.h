@@ -413,7 +413,10 @@ private:
         const std::vector<BarRecord>& bars = m_pBaseData->DataStreams[stream].Bars;
         return index < bars.size() ? &bars[index] : nullptr;
     }
-    const BarRecord* CurrentStreamBar();
+    const BarRecord* CurrentStreamBar() {
+        return m_pBaseData == nullptr ? nullptr
+                                      : StreamBar(static_cast<uint32_t>(m_pBaseData->CurrentBar));
+    }
 
     // Private helpers of the per-bar driver.
     class Valuation;
@@ -430,6 +433,7 @@ private:
     PositionSnapshot PreviousBarSnapshot(const fftrading::OpenPosition& position, Valuation& value);
     void RunDelayedSignals();
     void MarkRestorePoint();
+    // Defined in bars/MainBars.h.
     int64_t MainBarTime(int32_t bar);
     double MainBarClose(int32_t bar);
     bool FollowBarExcursion(const fftrading::OpenPosition& position, Valuation& value);

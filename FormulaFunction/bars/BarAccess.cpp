@@ -27,11 +27,6 @@ inline uint32_t IndexBack(int32_t current, int32_t offset) {
 
 }  // namespace
 
-const BarRecord* CSystemFuncs::CurrentStreamBar() {
-    if (m_pBaseData == nullptr) return nullptr;
-    return StreamBar(static_cast<uint32_t>(m_pBaseData->CurrentBar));
-}
-
 // The series length is always the main chart's (stream 0), whatever stream the
 // formula reads. A chart without streams has no bars.
 int32_t CSystemFuncs::BarCount() {

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "FormulaFunction/DerivedCaches.h"
+#include "FormulaFunction/bars/MainBars.h"
 #include "FormulaFunction/trading/TradingRules.h"
 #include "FormulaFunction/trading/Valuation.h"
 
@@ -348,20 +349,4 @@ void CSystemFuncs::RunDelayedSignals() {
         result.SavedDelayedSignals.push_back(signal);
     }
     data.DelayedSignals.clear();
-}
-
-// Time and close of a bar of the main data stream; 0 and the invalid number for a
-// bar that does not exist.
-int64_t CSystemFuncs::MainBarTime(int32_t bar) {
-    if (m_pBaseData == nullptr || m_pBaseData->DataStreams.empty()) return 0;
-    const std::vector<BarRecord>& bars = m_pBaseData->DataStreams[0].Bars;
-    if (static_cast<uint32_t>(bar) >= bars.size()) return 0;
-    return bars[static_cast<uint32_t>(bar)].time;
-}
-
-double CSystemFuncs::MainBarClose(int32_t bar) {
-    if (m_pBaseData == nullptr || m_pBaseData->DataStreams.empty()) return kInvalidNumber;
-    const std::vector<BarRecord>& bars = m_pBaseData->DataStreams[0].Bars;
-    if (static_cast<uint32_t>(bar) >= bars.size()) return kInvalidNumber;
-    return bars[static_cast<uint32_t>(bar)].close;
 }

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "FormulaFunction/DerivedCaches.h"
+#include "FormulaFunction/bars/MainBars.h"
 #include "FormulaFunction/trading/TradingRules.h"
 #include "FormulaFunction/trading/Valuation.h"
 
