@@ -17,8 +17,13 @@ public:
     }
 
     // The value of bar `bar`; bars are set in order, each possibly more than once.
+    // A new bar appends its prefix; a bar set again overwrites it.
     void Set(int32_t bar, double value) {
         const size_t next = static_cast<size_t>(bar) + 1;
+        if (prefix_.size() == next) {
+            prefix_.push_back(prefix_[next - 1] + value);
+            return;
+        }
         if (prefix_.size() < next + 1) prefix_.resize(next + 1);
         prefix_[next] = prefix_[next - 1] + value;
     }
