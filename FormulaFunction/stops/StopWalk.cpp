@@ -22,7 +22,7 @@ bool CSystemFuncs::PrepareStop(int32_t mode, double amount, StopContext& stop) {
     Derived().Stretches.SeeBar(current);
     if (mode != 0 && mode != 1) return false;
     if (!(amount > kTolerance)) return false;
-    const double contracts = CurrentContracts();
+    const double contracts = SignedContracts(m_pBaseData->OpenEntries);
     if (contracts > -kTolerance && contracts < kTolerance) return false;
     const BarRecord* bar = CurrentStreamBar();
     if (bar == nullptr) return false;
@@ -67,12 +67,13 @@ bool CSystemFuncs::ApplyStop(bool wholePosition, bool senseOfEntry, StopContext&
     }
     bool closed = false;
     for (size_t i = 0; i < entries.size();) {
-        const tagTradeSignal entry = entries[i];
+        const tagTradeSignal& entry = entries[i];
         stop.price = entry.dPrice;
         stop.lots = entry.dLots;
         stop.entryBar = entry.nBar;
         if (senseOfEntry) stop.isLong = entry.nType == kBuy;
         const size_t before = entries.size();
+        // The decisions only read; ClosePosition copies the entry before it changes the list.
         if ((this->*decide)(stop, fill)) ClosePosition(entry, fill);
         if (entries.size() < before)
             closed = true;

@@ -42,9 +42,7 @@ int32_t CSystemFuncs::MarketPosition() {
 // The entries carry positive lots; the sign comes from the direction of the first.
 double CSystemFuncs::CurrentContracts() {
     if (!InStrategy() || m_pBaseData->OpenEntries.empty()) return 0.0;
-    double lots = 0.0;
-    for (const tagTradeSignal& entry : m_pBaseData->OpenEntries) lots += entry.dLots;
-    return m_pBaseData->OpenEntries.front().nType == kBuy ? lots : -lots;
+    return SignedContracts(m_pBaseData->OpenEntries);
 }
 
 // The three answers above from one walk of the open entries, to the same bits.

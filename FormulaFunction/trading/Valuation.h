@@ -62,6 +62,14 @@ struct RememberedInstrument {
     bool closeOnlyKnown = false;
 };
 
+// The signed size of the open entries: their lots added in list order, negative
+// unless the first entry is a buy (CurrentContracts without its checks).
+inline double SignedContracts(const std::vector<tagTradeSignal>& entries) {
+    double lots = 0.0;
+    for (const tagTradeSignal& entry : entries) lots += entry.dLots;
+    return !entries.empty() && entries.front().nType == kBuy ? lots : -lots;
+}
+
 // The simulated position: the signed contracts (the sign of the first entry's
 // direction), the average entry price and the market position, as CurrentContracts,
 // AvgEntryPrice and MarketPosition answer.
