@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "FormulaFunction/DerivedCaches.h"
+#include "FormulaFunction/bars/MainBars.h"
 #include "FormulaFunction/statistics/WrappingCounts.h"
 #include "FormulaFunction/trading/TradingRules.h"
 
@@ -24,13 +25,6 @@ constexpr char kMonthMark[] = "\xD4\xC2";
 
 // Room for two 32-bit numbers and both marks.
 constexpr size_t kKeyRoom = 32;
-
-const BarRecord* MainStreamBar(const CKelBaseData& data, int32_t bar) {
-    if (data.DataStreams.empty()) return nullptr;
-    const std::vector<BarRecord>& bars = data.DataStreams[0].Bars;
-    if (static_cast<uint32_t>(bar) >= bars.size()) return nullptr;
-    return &bars[static_cast<uint32_t>(bar)];
-}
 
 // Writes `number` in decimal followed by `mark`; returns the end of what it wrote.
 char* AppendNumber(char* out, char* end, int32_t number, const char* mark) {
@@ -132,8 +126,8 @@ void CSystemFuncs::CalcTradePerformance(bool isLong, double& gross, double& comm
     const int32_t barsHeld = fftrading::WrappingSub(trade.nExitBar, trade.nEntryBar);
     const int32_t barsHeldHere = ffbuiltins::WrapToInt32(static_cast<uint32_t>(barsHeld) + 1u);
 
-    const BarRecord* entryBar = MainStreamBar(*m_pBaseData, trade.nEntryBar);
-    const BarRecord* exitBar = MainStreamBar(*m_pBaseData, trade.nExitBar);
+    const BarRecord* entryBar = ffbars::MainStreamBar(m_pBaseData, trade.nEntryBar);
+    const BarRecord* exitBar = ffbars::MainStreamBar(m_pBaseData, trade.nExitBar);
     if (performance.PrevExitTime != 0 && entryBar != nullptr) {
         const int64_t seconds = entryBar->time / 1000 - performance.PrevExitTime / 1000;
         const int64_t days = seconds / kSecondsPerDay;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "FormulaFunction/bars/MainBars.h"
 #include "FormulaFunction/trading/TradingRules.h"
 
 using namespace fftrading;
@@ -193,12 +194,7 @@ void CSystemFuncs::HandleDelaySignal(const tagTradeSignal& signal) {
         if (m_pBaseData->Result->ExitOnClose) {
             const int32_t bar = m_pBaseData->CurrentBar;
             m_pBaseData->CurrentBar = WrappingSub(bar, 1);
-            double close = kInvalidNumber;
-            const uint32_t previous = static_cast<uint32_t>(m_pBaseData->CurrentBar);
-            if (!m_pBaseData->DataStreams.empty() &&
-                previous < m_pBaseData->DataStreams[0].Bars.size())
-                close = m_pBaseData->DataStreams[0].Bars[previous].close;
-            ClosePosition(close);
+            ClosePosition(MainBarClose(m_pBaseData->CurrentBar));
             m_pBaseData->CurrentBar = bar;
         }
         break;

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "FormulaFunction/DerivedCaches.h"
+#include "FormulaFunction/bars/MainBars.h"
 #include "FormulaFunction/trading/TradingRules.h"
 #include "FormulaFunction/trading/Valuation.h"
 
@@ -20,12 +21,10 @@ int32_t CSystemFuncs::GetCurrentEntryPositions() {
 // conversion goes through the day cache, so the bars of one day cost one system
 // conversion.
 bool CSystemFuncs::BarDateTime(int32_t bar, int32_t& date, double& time) {
-    if (m_pBaseData == nullptr || m_pBaseData->DataStreams.empty()) return false;
-    const std::vector<BarRecord>& bars = m_pBaseData->DataStreams[0].Bars;
-    if (static_cast<uint32_t>(bar) >= bars.size()) return false;
+    const BarRecord* record = ffbars::MainStreamBar(m_pBaseData, bar);
+    if (record == nullptr) return false;
     ffplatform::LocalTime local;
-    if (!Derived().LocalDays.ToLocal(bars[static_cast<uint32_t>(bar)].time / 1000, local))
-        return false;
+    if (!Derived().LocalDays.ToLocal(record->time / 1000, local)) return false;
     date = ffbuiltins::DateValue(local.year, local.month, local.day);
     time = local.hour * 0.01 + local.minute * 0.0001 + local.second * 0.000001;
     return true;
