@@ -8,6 +8,18 @@
 
 #include "trading/TradingFixture.h"
 
+// Two lists of per-bar records of the same length, record by record; `expectSame`
+// compares the fields of one pair.
+template <typename Record, typename Compare>
+void ExpectSameRecords(const std::vector<Record>& a, const std::vector<Record>& b,
+                       Compare expectSame) {
+    ASSERT_EQ(a.size(), b.size());
+    for (size_t i = 0; i < a.size(); ++i) {
+        SCOPED_TRACE("record " + std::to_string(i));
+        expectSame(a[i], b[i]);
+    }
+}
+
 // Every field of the host data object and the result block that the driver, the
 // engine and the statistics step write.
 inline void ExpectSameState(const CKelBaseData& a, const CKelBaseData& b) {
@@ -44,28 +56,24 @@ inline void ExpectSameState(const CKelBaseData& a, const CKelBaseData& b) {
     EXPECT_EQ(x.NewDay, y.NewDay);
     EXPECT_EQ(signals(x.SavedOpenEntries), signals(y.SavedOpenEntries));
     EXPECT_EQ(signals(x.SavedDelayedSignals), signals(y.SavedDelayedSignals));
-    ASSERT_EQ(x.PositionSnapshots.size(), y.PositionSnapshots.size());
-    for (size_t i = 0; i < x.PositionSnapshots.size(); ++i) {
-        const PositionSnapshot& p = x.PositionSnapshots[i];
-        const PositionSnapshot& q = y.PositionSnapshots[i];
-        EXPECT_EQ(p.dAvgEntryPrice, q.dAvgEntryPrice);
-        EXPECT_EQ(p.dCurrentContracts, q.dCurrentContracts);
-        EXPECT_EQ(p.nMarketPosition, q.nMarketPosition);
-        EXPECT_EQ(p.dCloseEquity, q.dCloseEquity);
-        EXPECT_EQ(p.dOpenEquity, q.dOpenEquity);
-    }
-    ASSERT_EQ(x.EquityHistory.size(), y.EquityHistory.size());
-    for (size_t i = 0; i < x.EquityHistory.size(); ++i) {
-        const EquityRecord& p = x.EquityHistory[i];
-        const EquityRecord& q = y.EquityHistory[i];
-        EXPECT_EQ(p.nBar, q.nBar);
-        EXPECT_EQ(p.nTime, q.nTime);
-        EXPECT_EQ(p.dMargin, q.dMargin);
-        EXPECT_EQ(p.dFreeCapital, q.dFreeCapital);
-        EXPECT_EQ(p.dEquity, q.dEquity);
-        EXPECT_EQ(p.dCommission, q.dCommission);
-        EXPECT_EQ(p.dCapital, q.dCapital);
-    }
+    ExpectSameRecords(x.PositionSnapshots, y.PositionSnapshots,
+                      [](const PositionSnapshot& p, const PositionSnapshot& q) {
+                          EXPECT_EQ(p.dAvgEntryPrice, q.dAvgEntryPrice);
+                          EXPECT_EQ(p.dCurrentContracts, q.dCurrentContracts);
+                          EXPECT_EQ(p.nMarketPosition, q.nMarketPosition);
+                          EXPECT_EQ(p.dCloseEquity, q.dCloseEquity);
+                          EXPECT_EQ(p.dOpenEquity, q.dOpenEquity);
+                      });
+    ExpectSameRecords(x.EquityHistory, y.EquityHistory,
+                      [](const EquityRecord& p, const EquityRecord& q) {
+                          EXPECT_EQ(p.nBar, q.nBar);
+                          EXPECT_EQ(p.nTime, q.nTime);
+                          EXPECT_EQ(p.dMargin, q.dMargin);
+                          EXPECT_EQ(p.dFreeCapital, q.dFreeCapital);
+                          EXPECT_EQ(p.dEquity, q.dEquity);
+                          EXPECT_EQ(p.dCommission, q.dCommission);
+                          EXPECT_EQ(p.dCapital, q.dCapital);
+                      });
     EXPECT_EQ(x.TroughEquity, y.TroughEquity);
     EXPECT_EQ(x.PeakAfterTrough, y.PeakAfterTrough);
     EXPECT_EQ(x.PeakAfterTroughTime, y.PeakAfterTroughTime);
@@ -97,27 +105,25 @@ inline void ExpectSameState(const CKelBaseData& a, const CKelBaseData& b) {
     EXPECT_EQ(s.dLargestPosition, t.dLargestPosition);
     EXPECT_EQ(s.dMaxIDDrawDown, t.dMaxIDDrawDown);
     EXPECT_EQ(s.dStdDev, t.dStdDev);
-    ASSERT_EQ(x.PositionSeries.size(), y.PositionSeries.size());
-    for (size_t i = 0; i < x.PositionSeries.size(); ++i) {
-        EXPECT_EQ(x.PositionSeries[i].dContracts, y.PositionSeries[i].dContracts);
-        EXPECT_EQ(x.PositionSeries[i].dAvgEntryPrice, y.PositionSeries[i].dAvgEntryPrice);
-        EXPECT_EQ(x.PositionSeries[i].nMarketPosition, y.PositionSeries[i].nMarketPosition);
-        EXPECT_EQ(x.PositionSeries[i].dNetProfit, y.PositionSeries[i].dNetProfit);
-        EXPECT_EQ(x.PositionSeries[i].dEquity, y.PositionSeries[i].dEquity);
-    }
-    ASSERT_EQ(x.BarEquityList.size(), y.BarEquityList.size());
-    for (size_t i = 0; i < x.BarEquityList.size(); ++i) {
-        const BarEquity& p = x.BarEquityList[i];
-        const BarEquity& q = y.BarEquityList[i];
-        EXPECT_EQ(p.nBar, q.nBar);
-        EXPECT_EQ(p.nDate, q.nDate);
-        EXPECT_EQ(p.nTime, q.nTime);
-        EXPECT_EQ(p.dMargin, q.dMargin);
-        EXPECT_EQ(p.dAvailable, q.dAvailable);
-        EXPECT_EQ(p.dEquity, q.dEquity);
-        EXPECT_EQ(p.dCommission, q.dCommission);
-        EXPECT_EQ(p.dCapital, q.dCapital);
-    }
+    ExpectSameRecords(x.PositionSeries, y.PositionSeries,
+                      [](const BarPosition& p, const BarPosition& q) {
+                          EXPECT_EQ(p.dContracts, q.dContracts);
+                          EXPECT_EQ(p.dAvgEntryPrice, q.dAvgEntryPrice);
+                          EXPECT_EQ(p.nMarketPosition, q.nMarketPosition);
+                          EXPECT_EQ(p.dNetProfit, q.dNetProfit);
+                          EXPECT_EQ(p.dEquity, q.dEquity);
+                      });
+    ExpectSameRecords(x.BarEquityList, y.BarEquityList,
+                      [](const BarEquity& p, const BarEquity& q) {
+                          EXPECT_EQ(p.nBar, q.nBar);
+                          EXPECT_EQ(p.nDate, q.nDate);
+                          EXPECT_EQ(p.nTime, q.nTime);
+                          EXPECT_EQ(p.dMargin, q.dMargin);
+                          EXPECT_EQ(p.dAvailable, q.dAvailable);
+                          EXPECT_EQ(p.dEquity, q.dEquity);
+                          EXPECT_EQ(p.dCommission, q.dCommission);
+                          EXPECT_EQ(p.dCapital, q.dCapital);
+                      });
     EXPECT_EQ(x.dLowestBarEquity, y.dLowestBarEquity);
     EXPECT_EQ(x.dHighestBarEquity, y.dHighestBarEquity);
     EXPECT_EQ(x.nHighestEquityDate, y.nHighestEquityDate);
